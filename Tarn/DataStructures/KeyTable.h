@@ -1,0 +1,81 @@
+/// @file
+/// The two-way table between tokens and string keys.
+#ifndef TARN_DATASTRUCTURES_KEYTABLE_H_
+#define TARN_DATASTRUCTURES_KEYTABLE_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "Tarn/Export.h"
+
+/// Key tables, progress, stream names and scan statistics.
+namespace Tarn::DataStructures {
+
+/// One (token, key) pair, for filling a `KeyTable` in one call.
+struct KeyTableEntry {
+  std::uint64_t token;
+  std::string key;
+};
+
+/// Translates between tokens, numbers that the caller chooses, and string keys, in both directions.
+///
+/// Every 64-bit number is a valid token and every text a valid key, the empty one and one with NULs included; keys
+/// are compared byte by byte. A token has one key. Several tokens may share a key, which then translates back to the
+/// token that was registered first. The table owns copies of its keys, one for each direction.
+///
+///     KeyTable table;
+///     table.addEntry(1, "north");  // true
+///     table.addEntry(2, "north");  // true: a second token for the same key
+///     table.addEntry(1, "south");  // false: token 1 is taken
+///     table.keyToToken("north");   // 1
+///     table.tokenToKey(2);         // "north"
+///
+/// Every call but `addTable` and `rmAll` takes constant time on average. Only allocation can throw; when it does, a
+/// table stays usable. Threads: any number may call const members at once; a call that changes the table must not
+/// overlap any other on the same table.
+class KeyTable {
+ public:
+  KeyTable() = default;
+
+  /// A table filled by `addTable(entries)`.
+  TARN_API explicit KeyTable(const std::vector<KeyTableEntry>& entries);
+
+  /// Registers a pair. A key that is registered already keeps its first token.
+  /// @return false, and nothing changes, when the token is present.
+  TARN_API bool addEntry(std::uint64_t token, const std::string& key);
+
+  /// Registers the entries from first to last, each as `addEntry` does; an entry whose token is present is skipped.
+  TARN_API void addTable(const std::vector<KeyTableEntry>& entries);
+
+  /// The number of tokens.
+  [[nodiscard]] TARN_API std::uint64_t getNumElements() const;
+
+  /// The token registered first for the key.
+  /// @return 0xFFFFFFFFFFFFFFFF when there is none. A pair may hold that token too: `tokenToKey` tells them apart.
+  [[nodiscard]] TARN_API std::uint64_t keyToToken(const std::string& key) const;
+
+  /// A copy of the token's key, or nothing for an unknown token.
+  [[nodiscard]] TARN_API std::optional<std::string> tokenToKey(std::uint64_t token) const;
+
+  /// Removes the token from one direction and the key from the other.
+  ///
+  /// The two need not belong together. When they do not, the token's own key and the key's own token stay, each
+  /// reachable from its side only.
+  /// @return false, and nothing changes, unless both are present.
+  TARN_API bool rmEntry(std::uint64_t token, const std::string& key);
+
+  /// Empties the table; linear in its size.
+  /// @return false when it held no token.
+  TARN_API bool rmAll();
+
+ private:
+  std::unordered_map<std::string, std::uint64_t> keyToTokenMap;
+  std::unordered_map<std::uint64_t, std::string> tokenToKeyMap;
+};
+
+}  // namespace Tarn::DataStructures
+
+#endif  // TARN_DATASTRUCTURES_KEYTABLE_H_

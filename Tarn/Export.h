@@ -1,0 +1,23 @@
+/// @file
+/// What marks a name as part of the shared library's interface, and the library's version.
+#ifndef TARN_EXPORT_H_
+#define TARN_EXPORT_H_
+
+#define TARN_VERSION_MAJOR 2
+#define TARN_VERSION_MINOR 0
+#define TARN_VERSION_PATCH 0
+
+// The build of the library defines TARN_BUILDING; whoever uses a static build is given TARN_STATIC by the target.
+#if defined(TARN_STATIC)
+#define TARN_API
+#elif defined(_WIN32)
+#if defined(TARN_BUILDING)
+#define TARN_API __declspec(dllexport)
+#else
+#define TARN_API __declspec(dllimport)
+#endif
+#else
+#define TARN_API __attribute__((visibility("default")))
+#endif
+
+#endif  // TARN_EXPORT_H_

@@ -1,0 +1,28 @@
+// The calls whose names and behaviour differ by operating system.
+//
+// The calendar functions know nothing of the library's calendar range; the callers keep to it, because the runtimes
+// differ from it, and from each other, at its ends.
+#ifndef TARN_PLATFORM_PLATFORM_H_
+#define TARN_PLATFORM_PLATFORM_H_
+
+#include <array>
+#include <cstdint>
+#include <ctime>
+
+namespace Tarn::platform {
+
+// The bytes of a new uuid, in the order of its canonical text.
+std::array<unsigned char, 16> newUuid();
+
+// Break whole seconds since 1970-01-01 UTC down into local time or UTC. False, and the fields are unspecified, if the
+// runtime cannot.
+bool toLocalTime(std::int64_t seconds, std::tm& fields);
+bool toUtc(std::int64_t seconds, std::tm& fields);
+
+// Whole seconds since 1970-01-01 UTC of local calendar fields that lie in their ranges; negative if the runtime cannot
+// tell or the time is earlier. The runtime decides daylight saving time as `tm_isdst` asks it to.
+std::int64_t fromLocalTime(std::tm fields);
+
+}  // namespace Tarn::platform
+
+#endif  // TARN_PLATFORM_PLATFORM_H_

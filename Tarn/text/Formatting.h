@@ -1,0 +1,60 @@
+/// @file
+/// Text from a printf format, and the next name in a numbered series.
+#ifndef TARN_TEXT_FORMATTING_H_
+#define TARN_TEXT_FORMATTING_H_
+
+#include <concepts>
+#include <cstddef>
+#include <string>
+#include <type_traits>
+
+#include "Tarn/Export.h"
+
+namespace Tarn {
+
+/// What printf can take: numbers, pointers and, passed as its C string, a `std::string`.
+template <class T>
+concept PrintFArgument =
+    std::is_arithmetic_v<T> || std::is_pointer_v<std::decay_t<T>> || std::same_as<T, std::nullptr_t> ||
+    (std::is_enum_v<T> && std::is_convertible_v<T, long long>) || std::same_as<T, std::string>;
+
+/// A text formatted as by printf, wherever a `std::string` is expected.
+///
+///     std::string name = PrintF("Scan%03d", 7);  // "Scan007"
+///     log(PrintF("%s: %.1f m", name, 12.25));
+///
+/// The text is formatted once, in the process's locale, and cut at 999 bytes and at the first NUL. As with printf,
+/// the format must fit the arguments. A plain value: threads may each use their own.
+class PrintF {
+ public:
+  template <PrintFArgument... Arguments>
+  explicit PrintF(const char* format, const Arguments&... arguments) {
+    printf_apply(format, pass(arguments)...);
+  }
+
+  /// A copy of the text.
+  TARN_API operator std::string() const;  // NOLINT(google-explicit-constructor): standing for a string is its purpose
+
+ private:
+  template <class T>
+  static const T& pass(const T& argument) {
+    return argument;
+  }
+  static const char* pass(const std::string& argument) { return argument.c_str(); }
+
+  TARN_API std::string printf_apply(const char* format, ...);
+
+  std::string text_;
+};
+
+/// Advances the number that a name ends in, or appends "1" to a name that ends in none.
+///
+///     Scan -> Scan1    Scan009 -> Scan010    Scan99 -> Scan100    a-5 -> a-6
+///
+/// Leading zeros keep the width. Runs of digits of any length are counted exactly; linear in the run. If allocation
+/// throws, the name is as before.
+TARN_API void incrementIndex(std::string& name);
+
+}  // namespace Tarn
+
+#endif  // TARN_TEXT_FORMATTING_H_
