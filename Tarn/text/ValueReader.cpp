@@ -48,15 +48,10 @@ ValueReader& readSmallInteger(ValueReader& reader, Character& value) {
   return reader;
 }
 
-bool isStreamSpace(int character) {
-  return character != std::istream::traits_type::eof() &&
-         internal::isOf(static_cast<char>(character), internal::kSpace);
-}
-
 // The rest of a token that began with something else than a quote.
 void takeWord(std::istream& stream, std::string& word) {
   for (int next = stream.get(); stream.good(); next = stream.get()) {
-    if (isStreamSpace(next)) {
+    if (internal::isOf(static_cast<char>(next), internal::kSpace)) {
       stream.unget();
       return;
     }
@@ -177,9 +172,7 @@ ValueReader& operator>>(ValueReader& reader, std::map<std::string, std::string>&
 }
 
 ValueReader& operator>>(ValueReader& reader, uuids::uuid& value) {
-  std::string text;
-  reader >> text;
-  value = parseUuid(text).value_or(value);
+  value = parseUuid(reader.takeString()).value_or(value);
   return reader;
 }
 

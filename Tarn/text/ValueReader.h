@@ -106,6 +106,7 @@ class ValueReader {
  private:
   friend TARN_API ValueReader& operator>>(ValueReader& reader, std::string& value);
   friend TARN_API ValueReader& operator>>(ValueReader& reader, std::map<std::string, std::string>& value);
+  friend TARN_API ValueReader& operator>>(ValueReader& reader, uuids::uuid& value);
 
   std::string_view takeString() noexcept;
   std::optional<std::string_view> takeMapKey() noexcept;

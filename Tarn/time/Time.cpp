@@ -53,10 +53,9 @@ std::tm brokenDown(std::int64_t seconds) {
 
 // What setting never converts: a day at either end, so that no zone takes the result out of the range.
 bool isGuarded(const internal::CalendarFields& fields) {
-  const auto& [year, month, day, hour, minute, second] = fields;
-  const bool firstMorning = year == 1970 && month == 1 && day == 1 && hour <= 12;
-  const bool lastDay = year == 3000 && month == 12 && day == 31;
-  return year < 1970 || firstMorning || lastDay || year > 3000;
+  const bool firstMorning = fields.year == 1970 && fields.month == 1 && fields.day == 1 && fields.hour <= 12;
+  const bool lastDay = fields.year == 3000 && fields.month == 12 && fields.day == 31;
+  return fields.year < 1970 || firstMorning || lastDay || fields.year > 3000;
 }
 
 // Whole seconds since 1970-01-01 UTC of local fields in any range; 0 where they are guarded or outside the calendar.

@@ -2,6 +2,7 @@
 #ifndef TARN_TIME_INTERNAL_CALENDAR_H_
 #define TARN_TIME_INTERNAL_CALENDAR_H_
 
+#include <compare>
 #include <cstdint>
 #include <ctime>
 #include <optional>
