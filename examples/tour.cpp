@@ -43,7 +43,7 @@ int main() {
 
   // Help with text.
   std::string name = "Scan099";
-  incrementIndex(name);                                              // Scan100
+  incrementIndex(name);  // Scan100
   const std::string line = PrintF("%s: %.1f m", trim_copy(" " + name + " "), 12.25);
   std::cout << line << " in " << StreamNames::S_MODEL_SCANS << '\n';  // Scan100: 12.2 m in Scans
 }

@@ -14,14 +14,14 @@ namespace Tarn::DataStructures {
 
 /// Running sums over the samples of one measured quantity. With `count` 0 the other numbers mean nothing.
 struct SampleSums {
-  std::uint64_t count = 0;           ///< Valid samples.
-  std::uint64_t invalid = 0;         ///< Samples without a usable value.
-  double minimum = 0.0;              ///< Smallest valid sample.
-  double maximum = 0.0;              ///< Largest valid sample.
-  double sum = 0.0;                  ///< Of the valid samples.
-  double sumOfSquares = 0.0;         ///< Of the valid samples.
-  double weight = 0.0;               ///< Sum of the samples' weights.
-  double weightedSum = 0.0;          ///< Sum of sample times weight.
+  std::uint64_t count = 0;    ///< Valid samples.
+  std::uint64_t invalid = 0;  ///< Samples without a usable value.
+  double minimum = 0.0;       ///< Smallest valid sample.
+  double maximum = 0.0;       ///< Largest valid sample.
+  double sum = 0.0;           ///< Of the valid samples.
+  double sumOfSquares = 0.0;  ///< Of the valid samples.
+  double weight = 0.0;        ///< Sum of the samples' weights.
+  double weightedSum = 0.0;   ///< Sum of sample times weight.
 };
 
 /// The range that a quantity can take on a device, and its unit. Settings, not results: `reset` leaves them alone.
@@ -32,7 +32,7 @@ struct ValueRange {
 
 /// Statistics of a quantity with a histogram.
 struct HistogramStatistics {
-  double unit = 1.0;                               ///< One raw step in the quantity's unit; `reset` leaves it alone.
+  double unit = 1.0;  ///< One raw step in the quantity's unit; `reset` leaves it alone.
   SampleSums sums;
   ValueRange range;                                ///< What the histogram's bins span.
   std::uint32_t outliers = 0;                      ///< Samples outside `range`.
@@ -42,12 +42,12 @@ struct HistogramStatistics {
 
 /// Statistics of a quantity that takes few values, counted one by one.
 struct CountStatistics {
-  double unit = 1.0;                              ///< One raw step in the quantity's unit; `reset` leaves it alone.
+  double unit = 1.0;  ///< One raw step in the quantity's unit; `reset` leaves it alone.
   SampleSums sums;
   ValueRange range;
-  double expected = 0.0;                          ///< The value that the device was set to; `reset` leaves it alone.
-  std::uint32_t outliers = 0;                     ///< Samples outside `range`.
-  std::map<std::int32_t, std::uint32_t> counts;   ///< Raw value to number of samples.
+  double expected = 0.0;                         ///< The value that the device was set to; `reset` leaves it alone.
+  std::uint32_t outliers = 0;                    ///< Samples outside `range`.
+  std::map<std::int32_t, std::uint32_t> counts;  ///< Raw value to number of samples.
 };
 
 /// What is counted while a scan is read. A plain record, filled by whoever reads the scan.

@@ -12,11 +12,15 @@
 
 namespace Tarn {
 
+namespace internal {
+template <class T>
+inline constexpr bool kIsUnscopedEnum = std::is_enum_v<T>&& std::is_convertible_v<T, long long>;
+}  // namespace internal
+
 /// What printf can take: numbers, pointers and, passed as its C string, a `std::string`.
 template <class T>
-concept PrintFArgument =
-    std::is_arithmetic_v<T> || std::is_pointer_v<std::decay_t<T>> || std::same_as<T, std::nullptr_t> ||
-    (std::is_enum_v<T> && std::is_convertible_v<T, long long>) || std::same_as<T, std::string>;
+concept PrintFArgument = std::is_arithmetic_v<T> || internal::kIsUnscopedEnum<T> ||
+    std::is_pointer_v<std::decay_t<T>> || std::same_as<T, std::nullptr_t> || std::same_as<T, std::string>;
 
 /// A text formatted as by printf, wherever a `std::string` is expected.
 ///
@@ -33,7 +37,7 @@ class PrintF {
   }
 
   /// A copy of the text.
-  TARN_API operator std::string() const;  // NOLINT(google-explicit-constructor): standing for a string is its purpose
+  TARN_API operator std::string() const;
 
  private:
   template <class T>

@@ -21,7 +21,9 @@ constexpr std::size_t kNone = std::string_view::npos;
 int toPosition(std::size_t position) { return position <= INT_MAX ? static_cast<int>(position) : -1; }
 
 // Whether a search may begin at `start`.
-bool isInside(const std::string& text, int start) { return start >= 0 && static_cast<std::size_t>(start) < text.size(); }
+bool isInside(const std::string& text, int start) {
+  return start >= 0 && static_cast<std::size_t>(start) < text.size();
+}
 
 int findClass(const std::string& text, unsigned classes, int start) {
   if (!isInside(text, start)) return -1;

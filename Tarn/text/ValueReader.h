@@ -49,14 +49,15 @@ TARN_API std::istream& operator>>(std::istream& stream, uuids::uuid& id);
 
 /// The number types that have decimal digits: every standard integer but characters and `bool`.
 template <class T>
-concept DecimalInteger =
-    std::same_as<T, short> || std::same_as<T, unsigned short> || std::same_as<T, int> || std::same_as<T, unsigned> ||
-    std::same_as<T, long> || std::same_as<T, unsigned long> || std::same_as<T, long long> ||
-    std::same_as<T, unsigned long long>;
+concept DecimalInteger = std::same_as<T, short> || std::same_as<T, unsigned short> || std::same_as<T, int> ||
+    std::same_as<T, unsigned> || std::same_as<T, long> || std::same_as<T, unsigned long> ||
+    std::same_as<T, long long> || std::same_as<T, unsigned long long>;
 
 /// What an `std::istream` can extract.
 template <class T>
-concept StreamExtractable = requires(std::istream& stream, T& value) { stream >> value; };
+concept StreamExtractable = requires(std::istream& stream, T& value) {
+  stream >> value;
+};
 
 /// Takes values from the front of a text, by the rules of the buffer operators, without changing the text.
 ///
@@ -88,10 +89,10 @@ class ValueReader {
  public:
   explicit ValueReader(std::string_view text) noexcept : rest_(text) {}
 
+  explicit ValueReader(const char* text) noexcept : rest_(text) {}
+
   /// A reader does not keep the text alive, so it cannot be made from a temporary string.
-  template <class T>
-    requires std::same_as<std::remove_const_t<T>, std::string>
-  explicit ValueReader(T&& text) = delete;
+  explicit ValueReader(const std::string&& text) = delete;
 
   /// The text that has not been read yet.
   [[nodiscard]] std::string_view rest() const noexcept { return rest_; }

@@ -30,7 +30,9 @@ using StringMap = std::map<std::string, std::string>;
 
 /// What an `std::ostream` can insert.
 template <class T>
-concept StreamInsertable = requires(std::ostream& stream, const T& value) { stream << value; };
+concept StreamInsertable = requires(std::ostream& stream, const T& value) {
+  stream << value;
+};
 
 /// Appends a value to the buffer, with no separator, quote or escape of its own.
 ///

@@ -3,9 +3,9 @@
 #include "Tarn/time/Time.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
-#include <compare>
 
 #include "Tarn/platform/Platform.h"
 #include "Tarn/time/internal/Calendar.h"
@@ -24,7 +24,7 @@ std::int64_t floorDivide(std::int64_t number, std::int64_t divisor) {
 
 // Days since 1970-01-01 of the first of a month, counted from January of the year 0.
 std::int64_t daysOfMonth(std::int64_t month) {
-  constexpr std::int64_t kMonthsPerEra = 400 * 12;  // After which the calendar repeats itself.
+  constexpr std::int64_t kMonthsPerEra = 4800;  // After which the calendar repeats itself.
   constexpr std::int64_t kDaysPerEra = 146097;
   const std::int64_t era = floorDivide(month, kMonthsPerEra);
   const auto monthOfEra = static_cast<int>(month - era * kMonthsPerEra);
@@ -60,7 +60,7 @@ bool isGuarded(const internal::CalendarFields& fields) {
 
 // Whole seconds since 1970-01-01 UTC of local fields in any range; 0 where they are guarded or outside the calendar.
 std::int64_t fromLocalFields(const internal::CalendarFields& fields) {
-  constexpr std::int64_t kZoneSpan = 2 * 86400;  // More than any zone's offset.
+  constexpr std::int64_t kZoneSpan = 172800;  // Two days, more than any zone's offset.
   if (isGuarded(fields)) return 0;
   const std::int64_t local = internal::secondsOf(fields);
   if (local < -kZoneSpan || local > internal::kLastCalendarSecond + kZoneSpan) return 0;
@@ -88,8 +88,7 @@ std::optional<std::int64_t> internal::wholeSeconds(double time) {
 
 internal::CalendarFields internal::toFields(const std::optional<std::tm>& broken) {
   if (!broken) return {};
-  return {broken->tm_year + 1900, broken->tm_mon + 1, broken->tm_mday,
-          broken->tm_hour,        broken->tm_min,     broken->tm_sec};
+  return {broken->tm_year + 1900, broken->tm_mon + 1, broken->tm_mday, broken->tm_hour, broken->tm_min, broken->tm_sec};
 }
 
 std::optional<std::tm> internal::toLocalTime(double time) { return breakDown(time, platform::toLocalTime); }
@@ -155,9 +154,13 @@ int Time::getMSec() const {
 std::tm Time::getTimeStruct() const { return internal::toLocalTime(absTime).value_or(std::tm{}); }
 
 int Time::compare(const Time& a, const Time& b) {
-  auto order = localFields(a.absTime) <=> localFields(b.absTime);
-  if (order == 0) order = a.getMSec() <=> b.getMSec();
-  return order < 0 ? -1 : order > 0 ? 1 : 0;
+  const auto fieldsOf = [](const Time& time) {
+    const internal::CalendarFields local = localFields(time.absTime);
+    return std::array{local.year, local.month, local.day, local.hour, local.minute, local.second, time.getMSec()};
+  };
+  const auto fieldsOfA = fieldsOf(a);
+  const auto fieldsOfB = fieldsOf(b);
+  return fieldsOfA < fieldsOfB ? -1 : fieldsOfB < fieldsOfA ? 1 : 0;
 }
 
 bool Time::isTimeOut(double timeout) const { return calcCurrentMonotonicTimeStatic() - monotonicTime > timeout; }

@@ -14,6 +14,10 @@ namespace Tarn {
 
 class ValueReader;
 
+/// The integer types that `Time::setTime` takes beside `long long`.
+template <class T>
+concept OtherInteger = std::integral<T> && !std::same_as<T, bool> && !std::same_as<T, long long>;
+
 /// A point in time: seconds since 1970-01-01 00:00:00 UTC, paired with the matching reading of the steady clock.
 ///
 /// The wall-clock half is broken down into local calendar fields, compared and printed. The steady half serves
@@ -45,8 +49,7 @@ class Time {
   TARN_API void setTime(const long long& seconds);
 
   /// The same for every other integer type.
-  template <std::integral T>
-    requires(!std::same_as<T, bool> && !std::same_as<T, long long>)
+  template <OtherInteger T>
   void setTime(T seconds) {
     setTime(static_cast<double>(seconds));
   }

@@ -121,8 +121,8 @@ std::string Time::getIsoTimeStr() const {
 
 std::ostream& operator<<(std::ostream& stream, const Time& time) {
   const CalendarFields fields = internal::toFields(internal::toLocalTime(time.getLastTime()));
-  return stream << fields.day << "." << fields.month << "." << fields.year << " " << fields.hour << ":"
-                << fields.minute << ":" << fields.second << ":" << time.getMSec();
+  return stream << fields.day << "." << fields.month << "." << fields.year << " " << fields.hour << ":" << fields.minute
+                << ":" << fields.second << ":" << time.getMSec();
 }
 
 std::string& operator<<(std::string& buffer, const Time& time) {

@@ -42,7 +42,7 @@ std::string uuid::toShortString() const {
     for (unsigned shift = 24; shift > 0; shift -= 6) *out++ = kBase64Digits[(group >> (shift - 6)) & 0x3FU];
   }
   *out++ = kBase64Digits[data[15] >> 2U];
-  *out++ = kBase64Digits[(data[15] << 4U) & 0x3FU];
+  *out++ = kBase64Digits[(unsigned{data[15]} << 4U) & 0x3FU];
   *out++ = '=';
   *out = '=';
   return {text.data(), text.size()};

@@ -96,8 +96,9 @@ class uuid {
   friend constexpr bool operator==(const uuid& a, const uuid& b) noexcept = default;
 
   friend constexpr std::strong_ordering operator<=>(const uuid& a, const uuid& b) noexcept {
-    const std::strong_ordering high = a.bigEndianHalf(0) <=> b.bigEndianHalf(0);
-    return high != 0 ? high : a.bigEndianHalf(8) <=> b.bigEndianHalf(8);
+    const std::uint64_t highA = a.bigEndianHalf(0);
+    const std::uint64_t highB = b.bigEndianHalf(0);
+    return highA != highB ? highA <=> highB : a.bigEndianHalf(8) <=> b.bigEndianHalf(8);
   }
 
  private:

@@ -2,7 +2,6 @@
 #ifndef TARN_TIME_INTERNAL_CALENDAR_H_
 #define TARN_TIME_INTERNAL_CALENDAR_H_
 
-#include <compare>
 #include <cstdint>
 #include <ctime>
 #include <optional>
@@ -26,8 +25,6 @@ struct CalendarFields {
   int hour = 0;
   int minute = 0;
   int second = 0;
-
-  friend constexpr auto operator<=>(const CalendarFields&, const CalendarFields&) = default;
 };
 
 CalendarFields toFields(const std::optional<std::tm>& broken);
