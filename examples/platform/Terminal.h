@@ -1,0 +1,5 @@
+// Whether someone watches.
+#pragma once
+
+// Whether standard error is a terminal.
+bool isTerminal();
