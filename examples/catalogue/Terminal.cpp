@@ -2,23 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
 
 namespace catalogue {
-
-// The one place that knows the systems apart.
-bool errorsGoToTerminal() {
-#ifdef _WIN32
-  return _isatty(_fileno(stderr)) != 0;
-#else
-  return isatty(STDERR_FILENO) != 0;
-#endif
-}
 
 void ProgressBar::show(double done) {
   const int percent = std::clamp(static_cast<int>(std::lround(done * 100.0)), 0, 100);

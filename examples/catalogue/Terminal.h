@@ -8,7 +8,7 @@
 
 namespace catalogue {
 
-// Whether the program's standard error is a terminal.
+// Whether the program's standard error is a terminal. Each system has its own source for it.
 bool errorsGoToTerminal();
 
 // One line that shows a step and how far the whole is: "[#####     ]  50 %  Writing". It is drawn again only when what

@@ -1,5 +1,5 @@
 #include <unistd.h>
 
-#include "Terminal.h"
+#include "catalogue/Terminal.h"
 
-bool isTerminal() { return isatty(STDERR_FILENO) != 0; }
+bool catalogue::errorsGoToTerminal() { return isatty(STDERR_FILENO) != 0; }

@@ -1,5 +1,5 @@
 #include <io.h>
 
-#include "Terminal.h"
+#include "catalogue/Terminal.h"
 
-bool isTerminal() { return _isatty(2) != 0; }
+bool catalogue::errorsGoToTerminal() { return _isatty(2) != 0; }

@@ -1,5 +1,0 @@
-// Whether someone watches.
-#pragma once
-
-// Whether standard error is a terminal.
-bool isTerminal();

@@ -1,0 +1,184 @@
+#include "Tarn/text/Escapes.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <iterator>
+#include <locale>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+#include "Tarn/text/WideText.h"
+#include "tests/Generate.h"
+
+namespace {
+
+using namespace Tarn;
+
+// Both directions as they are defined: character by character.
+std::string plainEscape(const std::string& text, bool unicode) {
+  std::ostringstream result;
+  for (const wchar_t character : wide(text)) {
+    const auto code = static_cast<unsigned>(character);
+    if (code == '\n' || code == '\r') {
+      result << '\\' << (code == '\n' ? 'n' : 'r');
+    } else if (code == '"' || code == '\\') {
+      result << '\\' << static_cast<char>(code);
+    } else if (code >= 0x80 && unicode) {
+      for (const char c : {'\\', 'u'}) result << c;
+      for (const int shift : {12, 8, 4, 0}) result << "0123456789ABCDEF"[code >> shift & 15];
+    } else {
+      result << static_cast<char>(code & 0xFF);
+    }
+  }
+  return result.str();
+}
+
+int plainUnescape(std::string& text, bool unicode) {
+  std::string result;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '\\') {
+      result += text[i];
+      continue;
+    }
+    const int position = static_cast<int>(i);
+    if (++i == text.size()) break;
+    const std::size_t known = std::string("nr\"\\").find(text[i]);
+    if (known != std::string::npos) {
+      result += "\n\r\"\\"[known];
+    } else if (text[i] == 'u' && !unicode) {
+      result += "\\u";
+    } else if (text[i] == 'u' && i + 4 < text.size() &&
+               text.substr(i + 1, 4).find_first_not_of("0123456789abcdefABCDEF") == std::string::npos) {
+      std::ostringstream utf8;
+      utf8 << std::wstring(1, static_cast<wchar_t>(std::stoi(text.substr(i + 1, 4), nullptr, 16)));
+      result += utf8.str();
+      i += 4;
+    } else {
+      return position;
+    }
+  }
+  text = result;
+  return -1;
+}
+
+void expectUnescape(const std::string& text) {
+  for (const bool unicode : {true, false}) {
+    std::string plain = text;
+    std::string expected = text;
+    const int position = plainUnescape(expected, unicode);
+    EXPECT_EQ(escToControls(plain, unicode), position) << text;
+    EXPECT_EQ(plain, expected) << text;
+  }
+}
+
+TEST(Escapes, Escape) {
+  Generate generate(5);
+  for (int i = 0; i < 20000 && !HasFailure(); ++i) {
+    const std::string text =
+        generate.text(std::string_view("abcdefgh\n\r\"\\\t\0\x7F\xC3\xA9\xE2\x82\xAC\xC0\xF0", 24), 30);
+    for (const bool unicode : {true, false}) {
+      std::string escaped = text;
+      try {
+        controlsToEsc(escaped, unicode);
+        EXPECT_EQ(escaped, plainEscape(text, unicode));
+      } catch (const std::invalid_argument& error) {
+        EXPECT_STREQ(error.what(), "Invalid UTF-8 byte encountered.");
+        EXPECT_THROW(plainEscape(text, unicode), std::invalid_argument);
+        EXPECT_EQ(escaped, text);
+      }
+    }
+  }
+}
+
+struct Unescape {
+  int line;
+  std::string_view name, text, plain;
+  int result;
+};
+constexpr Unescape kUnescapes[] = {
+    {__LINE__, "empty", "", "", -1},
+    {__LINE__, "each short escape", R"(a\n\r\"\\z)", "a\n\r\"\\z", -1},
+    {__LINE__, "last backslash is dropped", R"(abc\)", "abc", -1},
+    {__LINE__, "either letter case", R"(\u00e9\u20Ac)", "\xC3\xA9\xE2\x82\xAC", -1},
+    {__LINE__, "surrogates one by one", R"(\uD83D\uDE00)", "\xED\xA0\xBD\xED\xB8\x80", -1},
+    {__LINE__, "NUL", R"(\u0000)", std::string_view("\0", 1), -1},
+    {__LINE__, "no such escape", R"(ab\tc)", R"(ab\tc)", 2},
+    {__LINE__, "too few digits", R"(ab\u12)", R"(ab\u12)", 2},
+    {__LINE__, "a good one before a bad one", R"(\n\u12G4)", R"(\n\u12G4)", 2},
+    {__LINE__, "an escaped backslash escapes nothing", R"(\\u12G4)", R"(\u12G4)", -1},
+};
+
+TEST(Escapes, Unescape) {
+  for (const Unescape& row : kUnescapes) {
+    testing::ScopedTrace at(__FILE__, row.line, row.name.data());
+    std::string text(row.text);
+    EXPECT_EQ(escToControls(text, true), row.result);
+    EXPECT_EQ(text, row.plain);
+    for (std::size_t size = 0; size < row.text.size(); ++size) expectUnescape(std::string(row.text.substr(0, size)));
+  }
+  Generate generate(6);
+  for (int i = 0; i < 50000 && !HasFailure(); ++i) {
+    expectUnescape(generate.text(std::string_view("\\\\\\uunr\"0aFGx\0\x80", 15), 16));
+  }
+}
+
+TEST(Escapes, GiveEveryTextBack) {
+  Generate generate(7);
+  for (int i = 0; i < 5000; ++i) {
+    std::ostringstream utf8;
+    for (std::uint64_t n = generate.below(20); n > 0; --n) {
+      const std::uint64_t limit = generate.below(2) == 0 ? 0x80 : 0x10000;
+      utf8 << std::wstring(1, static_cast<wchar_t>(generate.below(limit)));
+    }
+    std::string text = utf8.str();
+    controlsToEsc(text, true);
+    EXPECT_EQ(text.find_first_of("\n\r\x80"), std::string::npos);
+    EXPECT_EQ(escToControls(text, true), -1);
+    EXPECT_EQ(text, utf8.str());
+  }
+}
+
+// A locale in which the letter x is the only space.
+std::locale oddLocale() {
+  static std::ctype_base::mask table[256];
+  table[static_cast<unsigned char>('x')] = std::ctype_base::space;
+  return {std::locale::classic(), new std::ctype<char>(table)};
+}
+
+TEST(Escapes, EatWsKeepsTheFirstLocaleOfEachThread) {
+  const auto rest = [](const std::string& text, const std::locale& locale) {
+    std::istringstream stream(text);
+    stream.imbue(locale);
+    stream >> eatWS;
+    EXPECT_EQ(stream.eof(), stream.tellg() == std::streampos(-1));
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+  };
+  std::thread([&rest] {
+    EXPECT_EQ(rest("  \t\v\n\f\r\x1F"
+                   "abc ",
+                   std::locale::classic()),
+              "\x1F"
+              "abc ");
+    EXPECT_EQ(rest(" \x85 ", std::locale::classic()), "\x85 ");
+    EXPECT_EQ(rest(" xa", oddLocale()), "xa");
+  }).join();
+  std::thread([&rest] {
+    EXPECT_EQ(rest("xx a", oddLocale()), " a");
+    EXPECT_EQ(rest("x a", std::locale::classic()), " a");
+    EXPECT_EQ(rest("", std::locale::classic()), "");
+  }).join();
+}
+
+TEST(Escapes, EatwhiteKeepsATextOfNothingElse) {
+  const std::pair<std::string, std::string> rows[] = {
+      {"  abc ", "abc "}, {"abc", "abc"}, {"   ", "   "}, {"", ""}, {std::string("\0\x7F\x80", 3), "\x80"}};
+  for (const auto& [text, expected] : rows) {
+    std::string eaten = text;
+    eatwhite(eaten);
+    EXPECT_EQ(eaten, expected);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,65 @@
+#include "Tarn/text/Formatting.h"
+
+#include <gtest/gtest.h>
+
+#include <string_view>
+
+namespace {
+
+using namespace Tarn;
+
+enum Unscoped { kThree = 3 };
+enum class Scoped { kOne };
+static_assert(std::is_constructible_v<PrintF, const char*, int, double, const char*, std::string, void*, Unscoped>);
+static_assert(!std::is_constructible_v<PrintF, const char*, std::string_view>);
+static_assert(!std::is_constructible_v<PrintF, const char*, Scoped>);
+
+TEST(PrintF, FormatsOnce) {
+  const PrintF text("%d|%5.2f|%s|%s|%c|%zu|%d", 42, 2.125F, std::string("a\0b", 3), "lit", 'x', sizeof(char), kThree);
+  EXPECT_EQ(std::string(text), "42| 2.12|a|lit|x|1|3");
+  EXPECT_EQ(std::string(text), std::string(text));
+  EXPECT_EQ(std::string(PrintF("100 %%")), "100 %");
+  EXPECT_EQ(std::string(PrintF("a%cb", '\0')), "a");
+}
+
+TEST(PrintF, CutsAt999) {
+  for (const std::size_t size : {0U, 1U, 998U, 999U, 1000U, 5000U}) {
+    EXPECT_EQ(std::string(PrintF("%s", std::string(size, 'x'))), std::string(std::min<std::size_t>(size, 999), 'x'));
+  }
+}
+
+TEST(IncrementIndex, AdvancesTheNumberAtTheEnd) {
+  const std::pair<std::string, std::string> rows[] = {{"", "1"},
+                                                      {"Scan", "Scan1"},
+                                                      {"Scan1", "Scan2"},
+                                                      {"Scan9", "Scan10"},
+                                                      {"Scan09", "Scan10"},
+                                                      {"Scan009", "Scan010"},
+                                                      {"Scan99", "Scan100"},
+                                                      {"x00", "x01"},
+                                                      {"999", "1000"},
+                                                      {"a 5", "a 6"},
+                                                      {"a-5", "a-6"},
+                                                      {"Scan1 ", "Scan1 1"},
+                                                      {"9a", "9a1"},
+                                                      {"2147483647", "2147483648"},
+                                                      {"\xB9",
+                                                       "\xB9"
+                                                       "1"},
+                                                      {"x/", "x/1"},
+                                                      {"x:", "x:1"},
+                                                      {std::string(200, '9'), '1' + std::string(200, '0')},
+                                                      {"7" + std::string(200, '9'), "8" + std::string(200, '0')}};
+  for (const auto& [name, next] : rows) {
+    std::string text = name;
+    incrementIndex(text);
+    EXPECT_EQ(text, next);
+  }
+  std::string name = "n0000";
+  for (int i = 1; i < 12345; ++i) {
+    incrementIndex(name);
+    ASSERT_EQ(name, std::string(PrintF("n%04d", i)));
+  }
+}
+
+}  // namespace

@@ -1,0 +1,179 @@
+#include "Tarn/DataStructures/PartialProgress.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using namespace Tarn::DataStructures;
+using Values = std::vector<double>;
+using Steps = std::vector<std::string>;
+
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+static_assert(!std::is_copy_constructible_v<Progress> && !std::is_move_constructible_v<PartialProgress>);
+
+// A call, what it returns and what observers see of it: nothing, or one value.
+struct Move {
+  int line;
+  char call;
+  double argument, result;
+  Values seen;
+};
+
+TEST(Progress, MovesAndNotifies) {
+  const Move moves[] = {
+      {__LINE__, 's', 0.0, 0.0, {}},
+      {__LINE__, 's', 0.5, 0.5, {0.5}},
+      {__LINE__, 's', 0.5, 0.0, {}},
+      {__LINE__, 's', 0.25, -0.25, {0.25}},
+      {__LINE__, 'a', 0.25, 0.5, {0.5}},
+      {__LINE__, 'a', 0.0, 0.5, {}},
+      {__LINE__, 'a', kNan, 0.5, {}},
+      {__LINE__, 's', kNan, kNan, {}},
+      {__LINE__, 'a', -0.75, -0.25, {-0.25}},
+      {__LINE__, 's', 250.0, 250.25, {250.0}},
+      {__LINE__, 's', kInfinity, kInfinity, {kInfinity}},
+      {__LINE__, 's', kInfinity, kNan, {}},
+      {__LINE__, 'a', -kInfinity, kNan, {kNan}},
+      {__LINE__, 's', 1.0, kNan, {}},
+  };
+  Values seen;
+  Progress hub([&seen](double value) { seen.push_back(value); });
+  for (const Move& move : moves) {
+    testing::ScopedTrace at(__FILE__, move.line, "");
+    seen.clear();
+    const double result = move.call == 's' ? hub.setProgress(move.argument) : hub.addProgress(move.argument);
+    const auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
+    EXPECT_TRUE(same(result, move.result)) << result;
+    EXPECT_TRUE(std::equal(seen.begin(), seen.end(), move.seen.begin(), move.seen.end(), same));
+  }
+}
+
+TEST(Progress, ReportsAStepOnce) {
+  Steps seen;
+  Progress hub({}, [&seen](std::string step) { seen.push_back("first " + step); });
+  hub.addObserver([&seen](const std::string& step) { seen.push_back("second " + step); });
+  hub.addObserver(std::function<void(std::string)>());
+  hub.addObserver(std::function<void(double)>());
+  for (const char* step : {"", "Reading", "Reading", "", "Reading"}) hub.setStep(step);
+  EXPECT_EQ(seen, (Steps{"first Reading", "second Reading", "first ", "second ", "first Reading", "second Reading"}));
+  EXPECT_EQ(hub.setProgress(1.0), 1.0);
+}
+
+TEST(Progress, ObserversMayCallTheHub) {
+  Progress hub;
+  Values late;
+  hub.addObserver([&hub, &late](double value) {
+    if (value == 1.0) hub.addObserver([&late](double added) { late.push_back(added); });
+    if (value < 3.0) hub.addProgress(1.0);
+  });
+  hub.setProgress(1.0);
+  // The one added in the first pass sees the passes that began after it, the innermost first.
+  EXPECT_EQ(late, (Values{3.0, 2.0}));
+}
+
+TEST(Progress, EachPassHasCopiesOfTheObservers) {
+  Values counts;
+  Progress hub([&counts, n = 0](double) mutable { counts.push_back(++n); });
+  hub.setProgress(1.0);
+  hub.setProgress(2.0);
+  EXPECT_EQ(counts, (Values{1, 1}));
+}
+
+TEST(Progress, AThrowingObserverLeavesTheChange) {
+  int behind = 0;
+  Progress hub(
+      [](double value) {
+        if (value == 1.0) throw std::runtime_error("no");
+      },
+      [](const std::string& step) {
+        if (step == "bad") throw std::runtime_error("no");
+      });
+  hub.addObserver([&behind](double) { ++behind; });
+  EXPECT_THROW(hub.setProgress(1.0), std::runtime_error);
+  EXPECT_EQ(behind, 0);
+  EXPECT_EQ(hub.addProgress(0.0), 1.0);
+  EXPECT_THROW(hub.setStep("bad"), std::runtime_error);
+  EXPECT_NO_THROW(hub.setStep("bad"));  // It is the current step.
+  EXPECT_EQ(hub.addProgress(1.0), 2.0);
+  EXPECT_EQ(behind, 1);
+}
+
+TEST(PartialProgress, MovesItsParentByItsShare) {
+  const auto root = std::make_shared<Progress>();
+  Values own;
+  {
+    PartialProgress part(root, 0.5);
+    part.addObserver([&own, &root](double value) { own.push_back(value + 10 * root->addProgress(0.0)); });
+    EXPECT_EQ(part.setProgress(0.25), 0.25);
+    EXPECT_EQ(part.setProgress(0.75), 0.5);
+    EXPECT_EQ(part.addProgress(0.25), 1.0);
+    EXPECT_EQ(root->addProgress(0.0), 0.5);
+    EXPECT_EQ(part.setProgress(0.5), -0.5);
+  }
+  EXPECT_EQ(own, (Values{0.25, 2.0, 4.75, 5.5}));  // Each before the root moved.
+  EXPECT_EQ(root->addProgress(0.0), 0.25);         // What it contributed stays.
+}
+
+TEST(PartialProgress, ScalesThroughEachLevel) {
+  Steps steps;
+  Values values;
+  const auto root = std::make_shared<Progress>([&values](double value) { values.push_back(value); },
+                                               [&steps](const std::string& step) { steps.push_back(step); });
+  const auto middle = std::make_shared<PartialProgress>(root, 0.5);
+  const auto none = std::make_shared<PartialProgress>(middle, 0.0);
+  PartialProgress inner(middle, -0.25);
+  inner.addObserver([&steps](const std::string&) { steps.emplace_back("never"); });
+  inner.setProgress(1.0);
+  inner.setProgress(1.0);
+  none->addProgress(5.0);
+  inner.setStep("Copying");
+  EXPECT_EQ(values, (Values{-0.125}));
+  EXPECT_EQ(steps, (Steps{"Copying"}));
+  PartialProgress alone(nullptr, 1.0);
+  EXPECT_EQ(alone.setProgress(2.0) + alone.addProgress(1.0), 5.0);
+  EXPECT_NO_THROW(alone.setStep("nowhere"));
+}
+
+TEST(PartialProgress, AThrowingObserverKeepsTheChangeFromTheParent) {
+  const auto root = std::make_shared<Progress>();
+  PartialProgress part(root, 1.0);
+  part.addObserver([](double value) {
+    if (value == 1.0) throw std::runtime_error("no");
+  });
+  EXPECT_THROW(part.addProgress(1.0), std::runtime_error);
+  EXPECT_EQ(root->addProgress(0.0), 0.0);
+  EXPECT_EQ(part.addProgress(1.0), 2.0);
+  EXPECT_EQ(root->addProgress(0.0), 1.0);
+}
+
+TEST(Progress, ManyThreadsAddUp) {
+  const auto root = std::make_shared<Progress>();
+  std::atomic<int> seen = 0;
+  root->addObserver([&seen](double) { ++seen; });
+  std::vector<std::thread> threads;
+  for (int n = 0; n < 4; ++n) {
+    threads.emplace_back([&root, n] {
+      const auto middle = std::make_shared<PartialProgress>(root, 0.5);
+      PartialProgress part(middle, 0.5);
+      for (int i = 0; i < 500; ++i) {
+        part.addProgress(4.0);
+        root->setStep(std::to_string(n));
+        if (i % 100 == 0) root->addObserver([&root](double) { root->addProgress(0.0); });
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(root->addProgress(0.0), 2000.0);
+  EXPECT_EQ(seen, 2000);
+}
+
+}  // namespace

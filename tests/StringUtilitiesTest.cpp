@@ -1,0 +1,162 @@
+#include "Tarn/text/StringUtilities.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <stdexcept>
+
+#include "tests/Generate.h"
+
+namespace {
+
+using namespace Tarn;
+
+bool isIn(std::string_view set, char character) { return set.find(character) != std::string_view::npos; }
+
+constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+
+TEST(StringUtilities, ClassesOfEveryByte) {
+  for (int byte = 0; byte < 256; ++byte) {
+    testing::ScopedTrace at(__FILE__, __LINE__, std::to_string(byte));
+    const char character = static_cast<char>(byte);
+    const bool number = isIn("0123456789+-.", character);
+    const std::string text(1, character);
+    EXPECT_EQ(isAlphaNum(character), number || isIn(kLetters, character));
+    EXPECT_EQ(findAlphaNum(text, 0), isAlphaNum(character) ? 0 : -1);
+    EXPECT_EQ(isValidNumberChar(character), number || isIn("eE", character));
+    EXPECT_EQ(findValidNumberChar(text, 0), isValidNumberChar(character) ? 0 : -1);
+    EXPECT_EQ(findNonWS(text, 0), (byte > 0x20 && byte < 0x7F) || byte >= 0x80 ? 0 : -1);
+    EXPECT_EQ(isAscii(text), byte < 0x80);
+    EXPECT_EQ(trim_copy(text).empty(), byte == ' ' || (byte >= 9 && byte <= 13));
+    for (int other = 0; other < 256; ++other) {
+      const std::string second(1, static_cast<char>(other));
+      const auto fold = [](int code) { return code >= 'A' && code <= 'Z' ? code + 32 : code; };
+      const int order = fold(byte) - fold(other);
+      const int result = compareIgnoreCase(text, second);
+      EXPECT_TRUE(order < 0 ? result < 0 : order > 0 ? result > 0 : result == 0) << other;
+    }
+  }
+}
+
+TEST(StringUtilities, SearchesFromAStart) {
+  const std::string text("\0 a\0,b", 6);
+  constexpr int kFound[] = {2, 2, 2, 5, 5, 5};
+  for (int start = 0; start < 6; ++start) EXPECT_EQ(findAlphaNum(text, start), kFound[start]) << start;
+  for (const int start : {-1, 6, 7, -2147483647 - 1, 2147483647}) {
+    EXPECT_EQ(findAlphaNum(text, start), -1);
+    EXPECT_EQ(findNonWS(text, start), -1);
+    EXPECT_EQ(findValidNumberChar(text, start), -1);
+    EXPECT_EQ(findLastOf(text, 'a', start), -1);
+  }
+  EXPECT_EQ(findAlphaNum("", 0), -1);
+  EXPECT_EQ(findNonWS(" \t\nx", 0), 3);
+  EXPECT_EQ(findValidNumberChar("x=1e5", 0), 2);
+}
+
+// By the C library, hit by hit.
+int plainFindLast(const std::string& text, const std::string& needle) {
+  if (needle.c_str()[0] == '\0') return -1;
+  int last = -1;
+  for (const char* hit = std::strstr(text.c_str(), needle.c_str()); hit != nullptr;
+       hit = std::strstr(hit + 1, needle.c_str())) {
+    last = static_cast<int>(hit - text.c_str());
+  }
+  return last;
+}
+
+int plainFindLast(const std::string& text, char character, int start) {
+  if (start < 0 || static_cast<std::size_t>(start) >= text.size()) return -1;
+  const char* hit = std::strrchr(text.c_str() + start, character);
+  return hit == nullptr ? -1 : static_cast<int>(hit - text.c_str());
+}
+
+template <class Text>
+Text plainReplace(Text text, const Text& from, const Text& to) {
+  for (std::size_t at = 0; !from.empty() && (at = text.find(from, at)) != Text::npos; at += to.size()) {
+    text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
+TEST(StringUtilities, AgreesWithPlainDefinitions) {
+  Generate generate(3);
+  for (int i = 0; i < 20000; ++i) {
+    const std::string text = generate.text(std::string_view("aab\0", i % 2 == 0 ? 3 : 4), 24);
+    const std::string from = generate.text(std::string_view("ab\0", 3), 3);
+    const std::string to = generate.text("ab", 4);
+    testing::ScopedTrace at(__FILE__, __LINE__, text + '|' + from + '|' + to);
+    EXPECT_EQ(findLastOf(text, from), plainFindLast(text, from));
+    const int start = static_cast<int>(generate.below(26)) - 1;
+    const char character = "ab\0"[generate.below(3)];
+    EXPECT_EQ(findLastOf(text, character, start), plainFindLast(text, character, start));
+    std::string replaced = text;
+    replaceAll(replaced, from, to);
+    EXPECT_EQ(replaced, plainReplace(text, from, to));
+    const std::wstring wideText(text.begin(), text.end());
+    const std::wstring wideFrom(from.begin(), from.end());
+    std::wstring wideReplaced = wideText;
+    replaceAll(wideReplaced, wideFrom, std::wstring(to.begin(), to.end()));
+    EXPECT_EQ(wideReplaced, std::wstring(replaced.begin(), replaced.end()));
+    EXPECT_EQ(startsWith(text, from), text.compare(0, from.size(), from) == 0);
+    if (HasFailure()) break;
+  }
+}
+
+TEST(StringUtilities, ReplacesTheTextByItself) {
+  std::string text = "abab";
+  replaceAll(text, "a", text);
+  EXPECT_EQ(text, "ababbababb");
+  replaceAll(text, text, "x");
+  EXPECT_EQ(text, "x");
+  replaceAll(text, text, text);
+  EXPECT_EQ(text, "x");
+  std::string many(300000, 'a');
+  replaceAll(many, "a", "bc");
+  EXPECT_EQ(many.size(), 600000U);
+}
+
+struct Trim {
+  int line;
+  std::string_view text, left, right, both;
+};
+constexpr Trim kTrims[] = {
+    {__LINE__, "", "", "", ""},
+    {__LINE__, "  a b  ", "a b  ", "  a b", "a b"},
+    {__LINE__, "\t\n\v\f\r ", "", "", ""},
+    {__LINE__, "\xA0 a\xC2\xA0", "\xA0 a\xC2\xA0", "\xA0 a\xC2\xA0", "\xA0 a\xC2\xA0"},
+    {__LINE__, std::string_view(" \0 ", 3), std::string_view("\0 ", 2), std::string_view(" \0", 2),
+     std::string_view("\0", 1)},
+};
+
+TEST(StringUtilities, Trims) {
+  for (const Trim& row : kTrims) {
+    testing::ScopedTrace at(__FILE__, row.line, "");
+    EXPECT_EQ(ltrim_copy(std::string(row.text)), row.left);
+    EXPECT_EQ(rtrim_copy(std::string(row.text)), row.right);
+    EXPECT_EQ(trim_copy(std::string(row.text)), row.both);
+  }
+}
+
+TEST(StringUtilities, Joins) {
+  EXPECT_EQ(implode({}, ", "), "");
+  EXPECT_EQ(implode({"a"}, ", "), "a");
+  EXPECT_EQ(implode({"", "a", "", "b", ""}, ", "), ", a, , b, ");
+}
+
+TEST(StringUtilities, ComparesWidths) {
+  const std::string cut("ab\0x", 4);
+  EXPECT_EQ(compareIgnoreCase(cut, "AB"), 0);
+  EXPECT_GT(compareIgnoreCase("abc", cut), 0);
+  EXPECT_EQ(compareIgnoreCase("\xC3\xA9X", L"\u00E9x"), 0);
+  EXPECT_LT(compareIgnoreCase("\xC3\xA9", L"\u20AC"), 0);
+  EXPECT_GT(compareIgnoreCase(L"\u20AC", "z"), 0);
+  EXPECT_NE(compareIgnoreCase(L"\u00C9", L"\u00E9"), 0);
+  EXPECT_LT(compareIgnoreCase(L"_", L"A"), 0);
+  EXPECT_LT(compareIgnoreCase(L"a", L"ab"), 0);
+  const auto isBadByte = testing::ThrowsMessage<std::invalid_argument>("Invalid UTF-8 byte encountered.");
+  EXPECT_THAT([] { return compareIgnoreCase("b\xFF", L"a"); }, isBadByte);
+  EXPECT_THAT([] { return compareIgnoreCase(L"a", std::string("b\0\x80", 3)); }, isBadByte);
+}
+
+}  // namespace

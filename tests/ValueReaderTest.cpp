@@ -1,0 +1,349 @@
+// Every reading rule, by the reader and by the buffer operators at once.
+#include "Tarn/text/ValueReader.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <iterator>
+#include <limits>
+#include <sstream>
+
+#include "Tarn/text/ValueText.h"
+#include "tests/Generate.h"
+
+namespace {
+
+using namespace Tarn;
+
+constexpr const char* kNoValue = "invalid string position";
+
+static_assert(!std::is_constructible_v<ValueReader, std::string>);
+static_assert(std::is_constructible_v<ValueReader, std::string&> && std::is_constructible_v<ValueReader, const char*>);
+
+// What a read leaves: the value, the text, and an exception's words or none.
+template <class T>
+struct Outcome {
+  T value;
+  std::string rest, error;
+  bool operator==(const Outcome&) const = default;
+};
+
+template <class Source, class T>
+std::string errorOf(Source& source, T& value) {
+  try {
+    source >> value;
+    return "";
+  } catch (const std::out_of_range& error) {
+    return error.what();
+  }
+}
+
+// Reads both ways, which must agree.
+template <class T>
+Outcome<T> read(const std::string& text, T value = T()) {
+  ValueReader reader(text);
+  Outcome<T> byReader{value, "", ""};
+  byReader.error = errorOf(reader, byReader.value);
+  byReader.rest = reader.rest();
+  Outcome<T> byBuffer{value, text, ""};
+  byBuffer.error = errorOf(byBuffer.rest, byBuffer.value);
+  EXPECT_EQ(byReader.rest, byBuffer.rest) << testing::PrintToString(text);
+  EXPECT_EQ(byReader.error, byBuffer.error) << testing::PrintToString(text);
+  EXPECT_TRUE(byReader.value == byBuffer.value) << testing::PrintToString(text);
+  return byBuffer;
+}
+
+// The general rule, with a stream.
+template <class T>
+Outcome<T> plainRead(std::string text, T value) {
+  const auto isStart = [](char c) { return c != '\0' && std::strchr("+-.0123456789", c) != nullptr; };
+  const auto isLetter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
+  const auto start = std::find_if(text.begin(), text.end(), [&](char c) { return isStart(c) || isLetter(c); });
+  if (start == text.end()) return {value, text, ""};
+  text.erase(text.begin(), start);
+  std::istringstream stream(text);
+  stream.imbue(std::locale::classic());
+  stream >> value;
+  if (stream.eof()) return {value, "", ""};
+  if (stream.fail()) return {value, text, kNoValue};
+  return {value, text.substr(static_cast<std::size_t>(stream.tellg())), ""};
+}
+
+template <class T>
+void compareWithStream(unsigned seed, std::string_view alphabet) {
+  Generate generate(seed);
+  for (int i = 0; i < 20000 && !testing::Test::HasFailure(); ++i) {
+    std::string text = generate.text(alphabet, i % 2 == 0 ? 8 : 26);
+    const Outcome<T> expected = plainRead<T>(text, T{77});
+    const Outcome<T> found = read<T>(text, T{77});
+    EXPECT_EQ(found.value, expected.value) << testing::PrintToString(text);
+    EXPECT_EQ(found.rest, expected.rest) << testing::PrintToString(text);
+    EXPECT_EQ(found.error, expected.error) << testing::PrintToString(text);
+  }
+}
+
+TEST(ValueReader, ReadsNumbersAsStreamsDo) {
+  constexpr std::string_view kDigits("0123456789999+- ", 16);
+  constexpr std::string_view kMixed("019+-.,exX \n\0", 13);
+  compareWithStream<short>(10, kDigits);
+  compareWithStream<unsigned short>(11, kDigits);
+  compareWithStream<int>(12, kMixed);
+  compareWithStream<unsigned>(13, kDigits);
+  compareWithStream<long>(14, kDigits);
+  compareWithStream<unsigned long>(15, kMixed);
+  compareWithStream<long long>(16, kDigits);
+  compareWithStream<unsigned long long>(17, kDigits);
+  compareWithStream<double>(18, kMixed);
+  compareWithStream<float>(19, kMixed);
+  for (const long long limit : {32767LL, 65535LL, 2147483647LL, 4294967295LL}) {
+    for (const long long number : {limit, limit + 1, limit + 2, -limit, -limit - 1, -limit - 2}) {
+      const std::string text = std::to_string(number);
+      for (const char* rest : {"", " x"}) {
+        EXPECT_EQ(read<short>(text + rest), plainRead<short>(text + rest, 0)) << text;
+        EXPECT_EQ(read<unsigned short>(text + rest), plainRead<unsigned short>(text + rest, 0)) << text;
+        EXPECT_EQ(read<int>(text + rest), plainRead<int>(text + rest, 0)) << text;
+        EXPECT_EQ(read<unsigned>(text + rest), plainRead<unsigned>(text + rest, 0)) << text;
+      }
+    }
+  }
+}
+
+template <class T>
+struct Reading {
+  int line;
+  std::string text;
+  T value;
+  std::string rest, error;
+};
+
+template <class T, std::size_t kRows>
+void expectReadings(const Reading<T> (&rows)[kRows], const T& before) {
+  for (const Reading<T>& row : rows) {
+    testing::ScopedTrace at(__FILE__, row.line, row.text);
+    const Outcome<T> found = read<T>(row.text, before);
+    EXPECT_EQ(found.value, row.value);
+    EXPECT_EQ(found.rest, row.rest);
+    EXPECT_EQ(found.error, row.error);
+  }
+}
+
+TEST(ValueReader, Characters) {
+  const Reading<char> chars[] = {
+      {__LINE__, "  x y", 'x', " y", ""},
+      {__LINE__, "   ", '\0', "", ""},
+      {__LINE__, "", '\0', "", ""},
+      {__LINE__, "\xC3\xA9", '\xC3', "\xA9", ""},
+      {__LINE__, std::string("\0\x7F\x1F{", 4), '{', "", ""},
+  };
+  expectReadings(chars, 'b');
+  const Reading<signed char> bytes[] = {
+      {__LINE__, "300,", 44, ",", ""},
+      {__LINE__, ", -1", -1, "", ""},
+      {__LINE__, " ,", 7, " ,", ""},
+      {__LINE__, " x5", 7, "x5", kNoValue},
+      {__LINE__, "-", 0, "", ""},
+      {__LINE__, "99999999999", -1, "", ""},
+      {__LINE__, "99999999999 ", 7, "99999999999 ", kNoValue},
+  };
+  expectReadings<signed char>(bytes, 7);
+  EXPECT_EQ(read<unsigned char>("-1 ").value, 0xFF);
+}
+
+TEST(ValueReader, Booleans) {
+  const Reading<bool> rows[] = {
+      {__LINE__, "TRUE", true, "", ""},
+      {__LINE__, " False,", false, ",", ""},
+      {__LINE__, " maybe", false, " maybe", ""},
+      {__LINE__, "0", false, "", ""},
+      {__LINE__, "", false, "", ""},
+      {__LINE__, " ,", false, "", ""},
+      {__LINE__, "trueish", true, "ish", ""},
+      {__LINE__, "tru", false, "tru", ""},
+      {__LINE__, "1", true, "", ""},
+      {__LINE__, ";10", true, "0", ""},
+      {__LINE__, "-5", true, "5", ""},
+      {__LINE__, "+0009x", true, "0009x", ""},
+      {__LINE__, "-0x1", false, "0x1", ""},
+      {__LINE__, "+-1", false, "-1", ""},
+      {__LINE__, ".5", false, "5", ""},
+      {__LINE__, "4294967296", true, "294967296", ""},
+      {__LINE__, "18446744073709551616", true, "8446744073709551616", ""},
+  };
+  expectReadings(rows, true);
+}
+
+TEST(ValueReader, Strings) {
+  const Reading<std::string> rows[] = {
+      {__LINE__, R"("abc" tail)", "abc", " tail", ""},
+      {__LINE__, R"("a\"b"x)", R"(a\"b)", "x", ""},
+      {__LINE__, R"("a\\"x)", R"(a\\)", "x", ""},
+      {__LINE__, R"("a\\\"x)", R"(a\\\)", "x", ""},
+      {__LINE__, R"("\"x"y)", R"(\"x)", "y", ""},
+      {__LINE__, R"(""x)", "", "x", ""},
+      {__LINE__, R"("open\")", R"(open\")", "", ""},
+      {__LINE__, "\"", "", "", ""},
+      {__LINE__, "\"a\nb\"c", "a\nb", "c", ""},
+      {__LINE__, std::string("\"a\" b\0c", 7), "a", " b", ""},
+      {__LINE__, std::string("\"a\0\" b", 6), "a", "", ""},
+      {__LINE__, "line1\nline2", "line1", "line2", ""},
+      {__LINE__, "\n\n", "", "\n", ""},
+      {__LINE__, " \"abc\"", " \"abc\"", "", ""},
+      {__LINE__, std::string("a\0b\nc\0", 6), std::string("a\0b", 3), std::string("c\0", 2), ""},
+      {__LINE__, "", "", "", ""},
+  };
+  expectReadings(rows, std::string("before"));
+  JsonValue json;
+  std::string buffer = "\"[1]\"{}";
+  buffer >> json;
+  EXPECT_EQ(json.text + '|' + buffer, "[1]|{}");
+}
+
+TEST(ValueReader, Maps) {
+  const Reading<StringMap> rows[] = {
+      {__LINE__, "", {}, "", ""},
+      {__LINE__, "{ } ", {}, " ", ""},
+      {__LINE__, R"(  { "a"=>"1" "b"=>"x\"y" } rest)", {{"a", "1"}, {"b", "x\"y"}}, " rest", ""},
+      {__LINE__, R"([ "a"=>"1"})", {{"a", "1"}}, "", ""},
+      {__LINE__, R"({ "k"=>"1" "k"=>"2" } )", {{"k", "1"}}, " ", ""},
+      {__LINE__, R"({ "a"=>"1" junk)", {{"a", "1"}}, "junk", ""},
+      {__LINE__, R"({ "a"=>"1"  )", {{"a", "1"}}, "  ", ""},
+      {__LINE__, R"({=>"1" })", {{"", "1"}}, "", ""},
+      {__LINE__, "{=>a\n=>b\n}x", {{"", "a"}}, "x", ""},
+      {__LINE__, R"({ key"=>value})", {{"key\"", "value}"}}, "", ""},
+      {__LINE__, R"({ "a\u00e9"=>"\t" "b"=>"\n"})", {{"a\xC3\xA9", "\\t"}, {"b", "\n"}}, "", ""},
+      {__LINE__, R"({ "a"=>"1\\\" } )", {{"a", "1\\\""}}, "", ""},
+      {__LINE__, std::string("{ \"a\0b\"=>\"1\"\0 }", 16), {{"a", "1"}}, "", ""},
+      {__LINE__, R"({ }"a"=>"1"})", {}, R"("a"=>"1"})", ""},
+  };
+  expectReadings(rows, StringMap{{"old", "entry"}});
+}
+
+TEST(ValueReader, Uuids) {
+  const uuids::uuid good = *parseUuid("00010203-0405-0607-0809-0a0b0c0d0e0f");
+  const uuids::uuid before = *parseUuid("00112233-4455-6677-8899-aabbccddeeff");
+  const Reading<uuids::uuid> rows[] = {
+      {__LINE__, "00010203-0405-0607-0809-0a0b0c0d0e0f", good, "", ""},
+      {__LINE__, "\"{000102030405060708090A0B0C0D0E0F}\"5", good, "5", ""},
+      {__LINE__, "00010203-0405-0607-0809-0a0b0c0d0e0f\n5", good, "5", ""},
+      {__LINE__, "00010203-0405-0607-0809-0a0b0c0d0e0f 5", before, "", ""},
+      {__LINE__, " 00010203-0405-0607-0809-0a0b0c0d0e0f", before, "", ""},
+  };
+  expectReadings(rows, before);
+}
+
+// A type with a stream operator of its own, which reads two numbers.
+struct Point {
+  int x, y;
+  bool operator==(const Point&) const = default;
+};
+std::istream& operator>>(std::istream& stream, Point& point) {
+  char comma = '\0';
+  return stream >> point.x >> comma >> point.y;
+}
+
+TEST(ValueReader, OtherTypes) {
+  EXPECT_EQ(read<Point>(" (3,4)", {}), (Outcome<Point>{{3, 4}, ")", ""}));
+  EXPECT_EQ(read<Point>("3,4", {}), (Outcome<Point>{{3, 4}, "", ""}));
+  EXPECT_EQ(read<Point>(" 3,x,", {1, 2}).error, kNoValue);
+  EXPECT_EQ(read<Point>(" 3,x,", {1, 2}).rest, "3,x,");
+}
+
+TEST(ValueReader, AFailureKeepsWhatCameBefore) {
+  std::string buffer = "7 true, x rest";
+  int number = 0;
+  bool flag = false;
+  int unread = 5;
+  EXPECT_THAT([&] { buffer >> number >> flag >> unread; }, testing::ThrowsMessage<std::out_of_range>(kNoValue));
+  EXPECT_EQ(number, 7);
+  EXPECT_TRUE(flag);
+  EXPECT_EQ(unread, 0);
+  EXPECT_EQ(buffer, "x rest");
+}
+
+TEST(ValueReader, ABufferMayBeItsOwnValue) {
+  std::string buffer = "\"a long text that does not fit a small string\" rest";
+  buffer >> buffer;
+  EXPECT_EQ(buffer, "a long text that does not fit a small string");
+}
+
+TEST(ValueReader, SkipsWithinTheText) {
+  ValueReader reader("ab, c");
+  reader.skip(2);
+  EXPECT_TRUE(reader.skipToValue());
+  EXPECT_EQ(reader.rest(), "c");
+  reader.skip(7);
+  EXPECT_EQ(reader.rest(), "");
+  EXPECT_FALSE(reader.skipToValue());
+}
+
+// Each would take hours if every read looked at all the text again.
+TEST(ValueReader, ManyReadsAreLinear) {
+  constexpr int kMany = 300000;
+  std::string map = "{";
+  std::string strings;
+  for (int i = 0; i < kMany; ++i) {
+    map += "=>a\n";
+    strings += "\"a\"";
+  }
+  StringMap entries;
+  ValueReader(map.c_str()) >> entries;
+  EXPECT_EQ(entries, (StringMap{{"", "a"}}));
+  ValueReader reader(strings);
+  std::string value;
+  int count = 0;
+  for (; !reader.rest().empty(); ++count) reader >> value;
+  EXPECT_EQ(count, kMany);
+}
+
+struct Word {
+  int line;
+  std::string text;
+  std::optional<std::string> word;
+  std::string rest;
+  bool fails;
+};
+
+TEST(StreamForms, Words) {
+  const std::optional<std::string> before = "before";
+  const Word rows[] = {
+      {__LINE__, "   abc def", "abc", " def", false},
+      {__LINE__, R"("a\"b" c)", "a\"b", " c", false},
+      {__LINE__, R"("a\nb"c)", "anb", "c", false},
+      {__LINE__, "\"ab", "ab", "", true},
+      {__LINE__, "\"ab\\", "ab", "", true},
+      {__LINE__, "\"\"", "", "", false},
+      {__LINE__, "abc", "abc", "", true},
+      {__LINE__, "a\"b\xA0\x85 ", "a\"b\xA0\x85", " ", false},
+      {__LINE__, " \t ", before, "", true},
+      {__LINE__, "", before, "", true},
+  };
+  for (const Word& row : rows) {
+    testing::ScopedTrace at(__FILE__, row.line, row.text);
+    std::istringstream stream(row.text);
+    std::optional<std::string> word = before;
+    stream >> word;
+    EXPECT_EQ(word, row.word);
+    EXPECT_EQ(stream.fail(), row.fails);
+    stream.clear();
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}), row.rest);
+  }
+  std::optional<std::string> none;
+  std::istringstream(" \"x\" ") >> none;
+  EXPECT_EQ(none, "x");
+}
+
+TEST(StreamForms, Uuids) {
+  std::istringstream stream("  00010203-0405-0607-0809-0a0b0c0d0e0f no \"{000102030405060708090A0B0C0D0E0F}\" ");
+  uuids::uuid first;
+  uuids::uuid second;
+  uuids::uuid third;
+  stream >> first >> second >> third;
+  EXPECT_EQ(first.string(), "00010203-0405-0607-0809-0a0b0c0d0e0f");
+  EXPECT_TRUE(second.is_nil());
+  EXPECT_EQ(third, first);
+  EXPECT_TRUE(stream.good());
+}
+
+}  // namespace

@@ -1,0 +1,139 @@
+#include "Tarn/text/ValueText.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <limits>
+#include <locale>
+#include <stdexcept>
+
+#include "tests/Generate.h"
+
+namespace {
+
+using namespace Tarn;
+
+template <class T>
+std::string written(const T& value) {
+  std::string buffer;
+  buffer << value;
+  return buffer;
+}
+
+template <class T>
+void expectAsStreamed(T value) {
+  std::ostringstream stream;
+  stream.imbue(std::locale::classic());
+  stream << value;
+  EXPECT_EQ(written(value), stream.str());
+}
+
+TEST(ValueText, WritesNumbersAsStreamsDo) {
+  Generate generate(20);
+  for (int i = 0; i < 20000; ++i) {
+    const std::uint64_t bits = generate.below(std::numeric_limits<std::uint64_t>::max()) >> generate.below(64);
+    expectAsStreamed(static_cast<short>(bits));
+    expectAsStreamed(static_cast<unsigned>(bits));
+    expectAsStreamed(static_cast<long>(bits));
+    expectAsStreamed(static_cast<unsigned long long>(bits));
+    const auto number = std::bit_cast<double>(generate.below(std::numeric_limits<std::uint64_t>::max()));
+    if (number == number) expectAsStreamed(number);  // Runtimes differ in the names of what is no number.
+    expectAsStreamed(static_cast<double>(bits) / 1000);
+    expectAsStreamed(static_cast<float>(bits));
+  }
+  expectAsStreamed(std::numeric_limits<long long>::min());
+  expectAsStreamed(-0.0);
+}
+
+// Writes 1.234.567,5.
+struct Grouping : std::numpunct<char> {
+  char do_thousands_sep() const override { return '.'; }
+  char do_decimal_point() const override { return ','; }
+  std::string do_grouping() const override { return "\3"; }
+};
+
+TEST(ValueText, NoLocaleChangesIt) {
+  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Grouping));
+  std::string buffer;
+  buffer << 1234567 << ' ' << 1234.5 << ' ' << 12345U;
+  const std::string text = buffer;
+  int number = 0;
+  double fraction = 0;
+  buffer >> number >> fraction;
+  std::locale::global(before);
+  EXPECT_EQ(text, "1234567 1234.5 12345");
+  EXPECT_EQ(number, 1234567);
+  EXPECT_EQ(fraction, 1234.5);
+  EXPECT_EQ(buffer, " 12345");
+}
+
+struct Opaque {
+  int number;
+};
+std::ostream& operator<<(std::ostream& stream, const Opaque& opaque) { return stream << '#' << opaque.number; }
+
+TEST(ValueText, WritesNothingBetweenValues) {
+  std::string buffer = "0";
+  char array[] = "array";
+  const char* literal = "lit\0eral";
+  buffer << 'x' << true << false << std::string("a\0b", 3) << literal << array << JsonValue{"{}"} << L"\u00E9"
+         << std::wstring(L"\u20AC") << std::string_view("view") << Opaque{7} << static_cast<signed char>('s');
+  EXPECT_EQ(buffer, std::string("0xtruefalsea\0blitarray{}\xC3\xA9\xE2\x82\xACview#7s", 37));
+  EXPECT_EQ(written(uuids::uuid()), "00000000-0000-0000-0000-000000000000");
+  buffer = "ab";
+  buffer << buffer << JsonValue{buffer} << buffer.c_str();
+  EXPECT_EQ(buffer,
+            "ababababababab"
+            "ab");
+}
+
+TEST(ValueText, WritesMaps) {
+  EXPECT_EQ(written(StringMap{}), "{ } ");
+  EXPECT_EQ(written(StringMap{{"b", "x\"y"}, {"a", "1"}}), R"({ "a"=>"1" "b"=>"x\"y" } )");
+  EXPECT_EQ(written(StringMap{{"", "\xC3\xA9\n\t"}}), "{ \"\"=>\"\\u00E9\\n\t\" } ");
+}
+
+TEST(ValueText, AMapWithBadTextKeepsTheEntriesBefore) {
+  std::string buffer = "before";
+  for (const StringMap& map :
+       {StringMap{{"a", "1"}, {"b", "\x80"}, {"c", "2"}}, StringMap{{"a", "1"}, {"b\xFF", "2"}}}) {
+    buffer = "before";
+    EXPECT_THAT([&] { buffer << map; },
+                testing::ThrowsMessage<std::invalid_argument>("Invalid UTF-8 byte encountered."));
+    EXPECT_EQ(buffer, "before{ \"a\"=>\"1\"");
+  }
+}
+
+TEST(ValueText, AMapMayHoldTheBuffer) {
+  StringMap map = {{"a", std::string(50, 'x')}, {"b", "y"}};
+  map["a"] << map;
+  EXPECT_EQ(map["a"], std::string(50, 'x') + "{ \"a\"=>\"" + std::string(50, 'x') + "{ \"\"b\"=>\"y\" } ");
+}
+
+TEST(ValueText, GivesMapsBack) {
+  Generate generate(21);
+  for (int i = 0; i < 3000; ++i) {
+    StringMap map;
+    for (std::uint64_t n = generate.below(6); n > 0; --n) {
+      std::string key = generate.text(std::string_view("ab {}=>\\\n\r\0\x1F", 13), 6);
+      std::string value = generate.text(std::string_view("ab {}=>\"\n\r\0", 12), 6) + "\xE2\x82\xAC";
+      map[key] = value;
+    }
+    std::string buffer;
+    buffer << map << '!';
+    StringMap back;
+    buffer >> back;
+    EXPECT_EQ(back, map);
+    EXPECT_EQ(buffer, " !");
+  }
+  StringMap large;
+  for (int i = 0; i < 100000; ++i) large[std::to_string(i)] = std::to_string(i * i % 1000);
+  std::string buffer;
+  buffer << large;
+  StringMap back;
+  buffer >> back;
+  EXPECT_EQ(back, large);
+}
+
+}  // namespace
