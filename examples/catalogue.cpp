@@ -1,365 +1,411 @@
-// Catalogues a list of scans: gives each a token and a uuid, appends it as a record to the scans stream of a model
-// folder, reads the stream back and verifies that every value came back.
-//
-// A record is a uuid, a line feed, a map of the scan's properties, its time and a line feed; the stream begins with
-// its header line.
+// Keeps a catalogue of scans: reads a list, stores each scan as a record in a model's stream, reads the stream back and
+// compares. What a list and a record look like is said in catalogue/Scan.h.
 #include <Tarn/Tarn.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <limits>
+#include <map>
 #include <memory>
-#include <stdexcept>
-#include <string>
-#include <string_view>
+#include <system_error>
+#include <utility>
 #include <vector>
 
-#include "platform/Terminal.h"
-
-namespace {
+#include "catalogue/Scan.h"
+#include "catalogue/Terminal.h"
+#include "catalogue/Text.h"
 
 using namespace Tarn;
 using namespace Tarn::DataStructures;
+using namespace catalogue;
 
-constexpr const char* kHelp = R"(Usage: catalogue MODEL_FOLDER [LIST]
+namespace {
 
-Appends the scans of LIST to the model in MODEL_FOLDER, reads them back and verifies them. Without LIST, or with -, the
-list comes from standard input. It is UTF-8 with a scan on each line and tabs between the fields:
+enum ExitStatus { kAllWell = 0, kLinesSkipped = 1, kFailed = 2, kNotVerified = 3 };
 
-  name  ISO-8601-time  key=value  key=value ...
+constexpr const char* kHelp = R"(Usage: catalogue [--rows N] FOLDER [LIST]
 
-Empty lines and lines that begin with # are skipped. The time is local; its zone is required and ignored.
-Scans that the model holds already stay.
+Adds the scans of a list to the model in FOLDER, reads all of them back and compares.
 
-Exit status: 0 all scans are catalogued, 1 lines that could not be read were skipped, 2 nothing could be done (usage,
-files), 3 the stream did not give back what was written.
+LIST is a file, or standard input when it is missing or -. Each line is a scan, in UTF-8, with a tab between fields:
+    name, time, then any number of key=value, such as
+    North tower <tab> 2024-03-05T14:07:09Z <tab> height=1.8 <tab> operator=Zofia
+The time is ISO 8601; its zone is ignored. Empty lines and those that begin with # do not count.
+
+Scans are appended to the file "Scans" in FOLDER, which must exist; the file is made if it does not. What the file holds
+already stays, and a scan whose name is taken is skipped like a line that cannot be read: a list can be run again.
+If writing fails, the file is left as it was.
+
+    --rows N    list at most N of the added scans (20)
+    --help      show this text
+
+Exit status: 0 all well, 1 some lines were skipped, 2 wrong usage, or reading or writing failed,
+3 the stream does not hold what was written.
 )";
 
-constexpr const char* kNameKey = "name";  // The property that holds a scan's name in a record.
-constexpr std::size_t kChunk = std::size_t{1} << 20U;
-
-enum ExitStatus { kAllWell = 0, kLinesSkipped = 1, kNothingDone = 2, kNotVerified = 3 };
-
-// A line that is no scan. Its text is the reason.
-struct BadLine : std::runtime_error {
-  using runtime_error::runtime_error;
+struct UsageError : std::runtime_error {
+  using std::runtime_error::runtime_error;
 };
 
-// What stops the program.
-struct Failure : std::runtime_error {
-  Failure(ExitStatus exitStatus, const std::string& text) : runtime_error(text), status(exitStatus) {}
-  ExitStatus status;
+struct VerificationError : std::runtime_error {
+  using std::runtime_error::runtime_error;
 };
 
-struct Scan {
-  StringMap properties;
-  Time time;
+struct Options {
+  bool help = false;
+  std::size_t rows = 20;
+  std::filesystem::path folder;
+  std::string list = "-";
 };
 
-// A progress bar on a terminal; nothing elsewhere.
-class ProgressBar {
- public:
-  void show(double progress) {
-    const int percent = static_cast<int>(progress * 100);
-    if (percent != percent_) draw(percent);
+Options parseOptions(const std::vector<std::string>& arguments) {
+  Options options;
+  std::vector<std::string> places;
+  for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
+    if (*argument == "--help" || *argument == "-h") {
+      options.help = true;
+      return options;
+    }
+    if (*argument == "--rows") {
+      const std::string number = ++argument == arguments.end() ? "" : *argument;
+      const bool isNumber = !number.empty() && number.find_first_not_of("0123456789") == std::string::npos;
+      if (!isNumber || number.size() > 9) throw UsageError("--rows takes a number");
+      ValueReader reader(number);
+      reader >> options.rows;
+    } else if (argument->size() > 1 && startsWith(*argument, "-")) {
+      throw UsageError("there is no option " + *argument);
+    } else {
+      places.push_back(*argument);
+    }
   }
-  void show(const std::string& step) {
-    step_ = step;
-    draw(percent_);
-  }
-  void clear() const {
-    if (visible_) std::cerr << "\r\033[K";
-  }
-
- private:
-  void draw(int percent) {
-    percent_ = percent;
-    if (!visible_) return;
-    std::string bar(40, '.');
-    std::fill_n(bar.begin(), percent * 40 / 100, '#');
-    std::cerr << '\r' << std::string(PrintF("[%s] %3d %% %-10s", bar, percent, step_)) << std::flush;
-  }
-
-  bool visible_ = isTerminal();
-  int percent_ = 0;
-  std::string step_;
-};
-
-// Takes the text in front of the separator, and the separator.
-std::string_view takeField(std::string_view& rest, char separator) {
-  const std::string_view field = rest.substr(0, rest.find(separator));
-  rest.remove_prefix(std::min(field.size() + 1, rest.size()));
-  return field;
+  if (places.empty() || places.size() > 2) throw UsageError("a folder and at most one list are expected");
+  options.folder = places[0];
+  if (places.size() == 2) options.list = places[1];
+  return options;
 }
 
-// Refuses what the stream's text could not give back: bytes that are not UTF-8, and characters above U+FFFF.
-void checkText(const std::string& line) {
-  std::string copy = line;
-  try {
-    controlsToEsc(copy, true);
-  } catch (const std::invalid_argument&) {
-    throw BadLine("not UTF-8");
-  }
-  escToControls(copy, true);
-  if (copy != line) throw BadLine("not UTF-8, or a character above U+FFFF");
+[[noreturn]] void throwIoError(const std::string& what) {
+  throw std::system_error(errno != 0 ? errno : EIO, std::generic_category(), what);
 }
 
-Time parseTime(const std::string& text) {
-  const Time time = Time::fromIsoTimeStrIgnoringTimeZone(text);
-  // The reader carries fields over that are out of range; a list with a 31st of June is wrong.
-  const bool exists = time.getIsoTimeStr().substr(0, 10) == text.substr(0, 10) &&
-                      time.getIsoTimeStr().substr(11, 8) == text.substr(11, 8);
-  if (text.find('\n') != std::string::npos || !exists) throw BadLine("no ISO 8601 date and time: '" + text + "'");
-  return time;
-}
-
-Scan parseScan(std::string_view line) {
-  checkText(std::string(line));
-  Scan scan;
-  scan.properties[kNameKey] = trim_copy(std::string(takeField(line, '\t')));
-  if (scan.properties[kNameKey].empty()) throw BadLine("the scan has no name");
-  const std::string time(takeField(line, '\t'));
-  if (time.size() < 20) throw BadLine("no ISO 8601 date and time: '" + time + "'");
-  scan.time = parseTime(time);
-  while (!line.empty()) {
-    std::string_view property = takeField(line, '\t');
-    const std::string text(property);
-    const std::string key(takeField(property, '='));
-    if (key.empty() || key.size() == text.size()) throw BadLine("'" + text + "' is not of the form key=value");
-    if (!scan.properties.try_emplace(key, property).second) throw BadLine("a second property '" + key + "'");
-  }
-  return scan;
-}
-
-bool isSame(const Scan& a, const Scan& b) { return a.properties == b.properties && Time::compare(a.time, b.time) == 0; }
-
-void appendRecord(std::string& stream, const uuids::uuid& id, const Scan& scan) {
-  stream << id << '\n' << scan.properties << scan.time << '\n';
-}
-
-void readRecord(ValueReader& reader, uuids::uuid& id, Scan& scan) {
-  std::string endOfLine;
-  reader >> id >> scan.properties >> scan.time >> endOfLine;
-}
-
-std::string readAll(std::istream& stream, const std::string& name) {
+std::string readAll(std::istream& in, const std::string& name) {
   std::string text;
-  while (stream) {
-    const std::size_t size = text.size();
-    text.resize(size + kChunk);
-    stream.read(text.data() + size, static_cast<std::streamsize>(kChunk));
-    text.resize(size + static_cast<std::size_t>(stream.gcount()));
-  }
-  if (stream.bad()) throw Failure(kNothingDone, name + ": cannot be read");
+  std::vector<char> chunk(1U << 20U);
+  errno = 0;
+  do {
+    in.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
+    text.append(chunk.data(), static_cast<std::size_t>(in.gcount()));
+  } while (in);
+  if (!in.eof()) throwIoError("cannot read " + name);
   return text;
 }
 
-std::string readFile(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw Failure(kNothingDone, path.string() + ": cannot be opened");
-  return readAll(file, path.string());
+std::string readFile(const std::string& path) {
+  errno = 0;
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throwIoError("cannot read " + path);
+  return readAll(in, path);
 }
 
-// Columns that a terminal takes for UTF-8 text: two for East Asian wide characters, none for combining marks.
-std::size_t displayWidth(const std::string& text) {
-  std::size_t width = 0;
-  for (const wchar_t character : wide(text)) {
-    const auto code = static_cast<unsigned>(character);
-    const bool isWide = (code >= 0x1100 && code <= 0x115F) || (code >= 0x2E80 && code <= 0xA4CF) ||
-                        (code >= 0xAC00 && code <= 0xD7A3) || (code >= 0xF900 && code <= 0xFAFF) ||
-                        (code >= 0xFF00 && code <= 0xFF60);
-    const bool isMark = code >= 0x300 && code <= 0x36F;
-    width += isWide ? 2 : isMark ? 0 : 1;
-  }
-  return width;
-}
-
-// The model's scans stream, and what is known of its scans. A scan's token is its place in the stream, from 1.
-class Catalogue {
+// The lines of a text, one after the other, without their ends.
+class Lines {
  public:
-  explicit Catalogue(const std::filesystem::path& folder) : path_(folder / StreamNames::S_MODEL_SCANS) {
-    if (!std::filesystem::is_directory(folder)) throw Failure(kNothingDone, folder.string() + ": is not a folder");
-    if (!std::filesystem::exists(path_) || std::filesystem::file_size(path_) == 0) return;
-    const std::string stream = readFile(path_);
-    ValueReader reader = behindHeader(stream);
-    while (!reader.rest().empty()) {
-      uuids::uuid id;
-      Scan scan;
-      readRecord(reader, id, scan);
-      if (id.is_nil()) throw Failure(kNothingDone, path_.string() + ": holds something else than records");
-      add(id, scan.properties[kNameKey]);
-    }
+  explicit Lines(std::string_view text) : text_(text), rest_(text) {
+    if (rest_.starts_with("\xEF\xBB\xBF")) rest_.remove_prefix(3);  // The byte order mark of some editors.
   }
 
-  // Appends the scans of a list. Gives the lines that were taken; the others are reported.
-  std::vector<std::string_view> write(std::string_view list, const std::string& listName, IProgress& progress) {
-    progress.setStep("writing");
-    firstToken_ = names_.getNumElements() + 1;
-    std::ofstream file(path_, std::ios::binary | std::ios::app);
-    std::string chunk =
-        firstToken_ == 1 && std::filesystem::file_size(path_) == 0 ? StreamNames::S_SCAN_HEADER + '\n' : "";
-    std::vector<std::string_view> lines;
-    std::string_view rest = list;
-    for (std::size_t number = 1; !rest.empty(); ++number) {
-      std::string_view line = takeField(rest, '\n');
-      if (line.ends_with('\r')) line.remove_suffix(1);
-      if (line.empty() || line.starts_with('#')) continue;
-      try {
-        addRecord(chunk, line);
-        lines.push_back(line);
-      } catch (const BadLine& reason) {
-        ++skipped_;
-        std::cerr << listName << ':' << number << ": " << reason.what() << '\n';
-      }
-      if (chunk.size() >= kChunk) {
-        flush(file, chunk);
-        progress.setProgress(1.0 - static_cast<double>(rest.size()) / static_cast<double>(list.size()));
-      }
-    }
-    flush(file, chunk);
-    progress.setProgress(1.0);
-    return lines;
+  bool next() {
+    if (rest_.empty()) return false;
+    line = rest_.substr(0, rest_.find('\n'));
+    rest_.remove_prefix(std::min(line.size() + 1, rest_.size()));
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    ++number;
+    return true;
   }
 
-  // Reads the stream and compares the scans that were written with their lines.
-  void verify(const std::vector<std::string_view>& lines, IProgress& progress) const {
-    progress.setStep("reading");
-    const std::string stream = readFile(path_);
-    ValueReader reader = behindHeader(stream);
-    for (std::uint64_t token = 1; token <= names_.getNumElements(); ++token) {
-      uuids::uuid id;
-      Scan scan;
-      readRecord(reader, id, scan);
-      const bool known = id == ids_.getKey(token - 1) && scan.properties[kNameKey] == names_.tokenToKey(token);
-      const bool written = token >= firstToken_;
-      if (!known || (written && !isSame(scan, parseScan(lines[token - firstToken_])))) {
-        throw Failure(kNotVerified, path_.string() + ": scan " + std::to_string(token) + " did not come back");
-      }
-      if (token % 4096 == 0) {
-        progress.setProgress(1.0 - static_cast<double>(reader.rest().size()) / static_cast<double>(stream.size()));
-      }
-    }
-    if (!reader.rest().empty()) throw Failure(kNotVerified, path_.string() + ": has text behind the last scan");
-    progress.setProgress(1.0);
+  [[nodiscard]] double done() const {
+    return 1.0 - static_cast<double>(rest_.size()) / static_cast<double>(text_.size());
   }
 
-  // Prints the scans that were written, the first of many, in aligned columns.
-  void print(const std::vector<std::string_view>& lines) const {
-    constexpr std::size_t kRows = 20;
-    std::vector<std::vector<std::string>> rows = {{"token", "name", "taken", "id", "properties"}};
-    for (std::size_t i = 0; i < std::min(lines.size(), kRows); ++i) {
-      Scan scan = parseScan(lines[i]);
-      const std::string name = scan.properties[kNameKey];
-      scan.properties.erase(kNameKey);
-      std::vector<std::string> properties;
-      for (const auto& [key, value] : scan.properties) properties.push_back(key + '=' + value);
-      const std::uint64_t token = firstToken_ + i;
-      rows.push_back({std::to_string(token), name, scan.time.getTimeStr8(), ids_.tokenToKey(token)->toShortString(),
-                      implode(properties, ", ")});
-    }
-    std::vector<std::size_t> widths(rows.front().size(), 0);
-    for (const auto& row : rows) {
-      for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], displayWidth(row[i]));
-    }
-    for (const auto& row : rows) {
-      std::string line;
-      for (std::size_t i = 0; i < row.size(); ++i) {
-        line += row[i] + std::string(widths[i] - displayWidth(row[i]) + 2, ' ');
-      }
-      rtrim(line);
-      std::cout << line << '\n';
-    }
-    if (lines.size() > kRows) std::cout << "... and " << lines.size() - kRows << " more\n";
-    std::cout << '\n'
-              << lines.size() << " scans catalogued and verified, " << skipped_ << " lines skipped; "
-              << names_.getNumElements() << " scans and " << std::filesystem::file_size(path_) << " bytes in "
-              << path_.string() << '\n';
-  }
-
-  [[nodiscard]] std::uint64_t skipped() const { return skipped_; }
+  std::string_view line;
+  std::size_t number = 0;
 
  private:
-  [[nodiscard]] ValueReader behindHeader(const std::string& stream) const {
-    ValueReader reader(stream);
-    std::string header;
-    reader >> header;
-    if (header != StreamNames::S_SCAN_HEADER) throw Failure(kNothingDone, path_.string() + ": is no scans stream");
-    return reader;
+  std::string_view text_;
+  std::string_view rest_;
+};
+
+// Both tables know a scan by its token: its place in the stream, from 0.
+struct Model {
+  std::filesystem::path path;
+  bool isNew = true;
+  KeyTable names;
+  UuidKeyTable ids;
+
+  [[nodiscard]] std::uint64_t size() const { return names.getNumElements(); }
+
+  [[nodiscard]] bool holds(const std::string& name) const {
+    return names.keyToToken(name) != std::numeric_limits<std::uint64_t>::max();
   }
 
-  void add(const uuids::uuid& id, const std::string& name) {
-    const std::uint64_t token = names_.getNumElements() + 1;
-    names_.addEntry(token, name);
-    ids_.addEntry(token, id);
+  void add(const Record& record) {
+    const std::uint64_t token = size();
+    names.addEntry(token, record.scan.name());
+    ids.addEntry(token, record.id);
   }
 
-  // Appends the record of a line, once it is known to come back.
-  void addRecord(std::string& chunk, std::string_view line) {
-    const Scan scan = parseScan(line);
-    const uuids::uuid id = uuids::uuid::generate();
-    const std::size_t size = chunk.size();
-    appendRecord(chunk, id, scan);
-    ValueReader reader(std::string_view(chunk).substr(size));
-    uuids::uuid readId;
-    Scan readScan;
-    readRecord(reader, readId, readScan);
-    if (readId != id || !isSame(readScan, scan) || !reader.rest().empty()) {
-      chunk.resize(size);
-      throw BadLine("a backslash before a double quote cannot be stored");
+  // Whether both tables translate between this token and this record, in both directions.
+  [[nodiscard]] bool knows(std::uint64_t token, const Record& record) const {
+    return names.tokenToKey(token) == record.scan.name() && names.keyToToken(record.scan.name()) == token &&
+           ids.tokenToKey(token) == record.id && ids.keyToToken(record.id) == token;
+  }
+};
+
+// A line of the list that became a scan. The text itself is parsed again when it is needed: that is cheaper to keep.
+struct AddedLine {
+  std::string_view text;
+  std::size_t number;
+};
+
+bool takeHeader(ValueReader& reader) {
+  std::string header;
+  reader >> header;
+  return header == StreamNames::S_SCAN_HEADER;
+}
+
+Model openModel(const std::filesystem::path& folder) {
+  Model model;
+  model.path = folder / StreamNames::S_MODEL_SCANS;
+  const std::string path = model.path.string();
+  if (!is_directory(folder)) throw std::runtime_error("there is no folder " + folder.string());
+  model.isNew = !exists(model.path);
+  if (model.isNew) return model;
+  if (!is_regular_file(model.path)) throw std::runtime_error(path + " is no regular file");
+  const std::string text = readFile(path);
+  ValueReader reader(text);
+  if (!takeHeader(reader)) throw std::runtime_error(path + " does not begin with the header of scan data");
+  while (!reader.rest().empty()) {
+    const std::size_t position = text.size() - reader.rest().size();
+    const auto record = takeRecord(reader);
+    if (record) model.add(*record);
+    if (!record || !text.ends_with('\n') || !model.knows(model.size() - 1, *record)) {
+      throw std::runtime_error(
+          PrintF("%s is damaged: no record of its own at byte %zu; nothing was written", path, position));
     }
-    add(id, scan.properties.at(kNameKey));
+  }
+  return model;
+}
+
+// Appends to a file in large pieces. Unless it is finished, the file ends up as it was.
+class Appender {
+ public:
+  explicit Appender(const Model& model)
+      : path_(model.path), isNew_(model.isNew), oldSize_(isNew_ ? 0 : file_size(path_)) {
+    errno = 0;
+    out_.open(path_, std::ios::binary | std::ios::app);
+    if (!out_) throwIoError("cannot write " + path_.string());
+  }
+  Appender(const Appender&) = delete;
+  Appender& operator=(const Appender&) = delete;
+  ~Appender() {
+    if (finished_) return;
+    out_.close();
+    std::error_code ignored;  // The failure that brought us here is the one to report.
+    if (isNew_) {
+      std::filesystem::remove(path_, ignored);
+    } else {
+      std::filesystem::resize_file(path_, oldSize_, ignored);
+    }
   }
 
-  void flush(std::ofstream& file, std::string& chunk) const {
-    if (!file.write(chunk.data(), static_cast<std::streamsize>(chunk.size())).flush()) {
-      throw Failure(kNothingDone, path_.string() + ": cannot be written");
-    }
-    chunk.clear();
+  void append(std::string_view text) {
+    constexpr std::size_t kPiece = 1U << 20U;
+    pending_ += text;
+    if (pending_.size() >= kPiece) flush();
+  }
+
+  void finish() {
+    flush();
+    out_.close();
+    if (!out_) throwIoError("cannot write " + path_.string());
+    finished_ = true;
+  }
+
+ private:
+  void flush() {
+    errno = 0;
+    out_.write(pending_.data(), static_cast<std::streamsize>(pending_.size())).flush();
+    if (!out_) throwIoError("cannot write " + path_.string());
+    pending_.clear();
   }
 
   std::filesystem::path path_;
-  KeyTable names_;
-  UuidKeyTable ids_;
-  std::uint64_t firstToken_ = 1;
-  std::uint64_t skipped_ = 0;
+  bool isNew_;
+  std::uintmax_t oldSize_;
+  std::ofstream out_;
+  std::string pending_;
+  bool finished_ = false;
 };
 
-ExitStatus run(const std::string& folder, const std::string& listName) {
-  const std::string list = listName == "-" ? readAll(std::cin, "standard input") : readFile(listName);
-  ProgressBar bar;
-  const auto whole = std::make_shared<Progress>([&bar](double progress) { bar.show(progress); },
-                                                [&bar](const std::string& step) { bar.show(step); });
+Record makeRecord(std::string_view line, const Model& model) {
+  Record record{uuids::uuid::generate(), parseScan(line)};
+  if (model.holds(record.scan.name())) throw LineError("there is a scan " + inQuotes(record.scan.name()) + " already");
+  return record;
+}
+
+// Adds the scans of a list to the stream and the tables. `skip` is told the number of each other line, and why.
+template <class Skip>
+std::vector<AddedLine> addScans(Model& model, Lines lines, IProgress& progress, const Skip& skip) {
+  progress.setStep("Writing scans");
+  std::vector<AddedLine> added;
+  Appender stream(model);
+  if (model.isNew) stream.append(StreamNames::S_SCAN_HEADER + '\n');
+  while (lines.next()) {
+    if (lines.line.empty() || lines.line.starts_with('#')) continue;
+    try {
+      const Record record = makeRecord(lines.line, model);
+      stream.append(storableText(record));
+      model.add(record);
+      added.push_back({lines.line, lines.number});
+    } catch (const LineError& error) {
+      skip(lines.number, error.what());
+    }
+    progress.setProgress(lines.done());
+  }
+  stream.finish();
+  progress.setProgress(1.0);
+  return added;
+}
+
+// Reads the whole stream back and compares it with the tables and with the lines that were added to it last.
+// Returns the first of the added records.
+std::vector<Record> verify(const Model& model, const std::vector<AddedLine>& added, IProgress& progress,
+                           std::size_t rows) {
+  progress.setStep("Reading back");
+  const std::string text = readFile(model.path.string());
+  ValueReader reader(text);
+  if (!takeHeader(reader)) throw VerificationError("the stream has lost its header");
+  std::vector<Record> first;
+  const std::uint64_t old = model.size() - added.size();
+  for (std::uint64_t token = 0; token < model.size(); ++token) {
+    auto record = takeRecord(reader);
+    if (!record || !model.knows(token, *record)) {
+      throw VerificationError(
+          PrintF("record %llu is not the one that was written", static_cast<unsigned long long>(token)));
+    }
+    if (token >= old) {
+      const AddedLine& line = added[token - old];
+      if (!(parseScan(line.text) == record->scan)) {
+        throw VerificationError(PrintF("the scan of line %zu came back changed", line.number));
+      }
+      if (first.size() < rows) first.push_back(std::move(*record));
+    }
+    progress.setProgress(1.0 - static_cast<double>(reader.rest().size()) / static_cast<double>(text.size()));
+  }
+  if (!reader.rest().empty()) throw VerificationError("the stream holds more than was written");
+  progress.setProgress(1.0);
+  return first;
+}
+
+// The keys that most of the records have, besides the name.
+std::vector<std::string> commonKeys(const std::vector<Record>& records, std::size_t most) {
+  std::map<std::string, std::size_t> counts;
+  for (const Record& record : records) {
+    for (const auto& property : record.scan.properties) ++counts[property.first];
+  }
+  counts.erase(kName);
+  std::vector<std::string> keys;
+  for (const auto& count : counts) keys.push_back(count.first);
+  std::ranges::stable_sort(keys, [&](const auto& a, const auto& b) { return counts[a] > counts[b]; });
+  keys.resize(std::min(keys.size(), most));
+  return keys;
+}
+
+using Row = std::vector<std::string>;
+
+std::vector<Row> tableOf(const std::vector<Record>& records, const Model& model) {
+  const std::vector<std::string> keys = commonKeys(records, 3);
+  std::vector<Row> rows = {{"token", "name", "time"}};
+  rows[0].insert(rows[0].end(), keys.begin(), keys.end());
+  rows[0].emplace_back("uuid");
+  for (const Record& record : records) {
+    const StringMap& properties = record.scan.properties;
+    Row& row = rows.emplace_back();
+    row = {std::to_string(model.ids.keyToToken(record.id)), record.scan.name(), record.scan.time.getTimeStr8()};
+    for (const std::string& key : keys) row.push_back(properties.contains(key) ? properties.at(key) : "");
+    row.push_back(record.id.toShortString());
+  }
+  return rows;
+}
+
+void print(std::ostream& out, const std::vector<Row>& rows) {
+  constexpr std::size_t kWidest = 28;
+  for (const Row& row : rows) {
+    std::string line;
+    for (std::size_t column = 0; column < row.size(); ++column) {
+      std::size_t width = 0;
+      for (const Row& other : rows) width = std::max(width, std::min(displayWidth(other[column]), kWidest));
+      line += fitted(row[column], width) + "  ";
+    }
+    rtrim(line);
+    out << line << '\n';
+  }
+}
+
+ExitStatus run(const Options& options) {
+  const bool fromFile = options.list != "-";
+  const std::string listName = fromFile ? options.list : "standard input";
+  const std::string list = fromFile ? readFile(options.list) : readAll(std::cin, listName);
+  Model model = openModel(options.folder);
+
+  ProgressBar bar(std::cerr);
+  const auto whole = std::make_shared<Progress>();
+  if (errorsGoToTerminal()) {
+    whole->addObserver([&bar](double done) { bar.show(done); });
+    whole->addObserver([&bar](const std::string& step) { bar.show(step); });
+  }
   PartialProgress writing(whole, 0.5);
   PartialProgress reading(whole, 0.5);
-  Catalogue catalogue(folder);
-  const auto lines = catalogue.write(list, listName, writing);
-  catalogue.verify(lines, reading);
+
+  std::size_t skipped = 0;
+  const auto added = addScans(model, Lines(list), writing, [&](std::size_t line, const char* reason) {
+    bar.clear();
+    std::cerr << listName + ':' + std::to_string(line) + ": " + reason + '\n';
+    ++skipped;
+  });
+  const std::vector<Record> shown = verify(model, added, reading, options.rows);
   bar.clear();
-  catalogue.print(lines);
-  return catalogue.skipped() == 0 ? kAllWell : kLinesSkipped;
+
+  if (!shown.empty()) print(std::cout, tableOf(shown, model));
+  if (added.size() > shown.size()) std::cout << "... and " << added.size() - shown.size() << " more\n";
+  std::cout << listName << ": " << added.size() << " scans added, " << skipped << " lines skipped\n"
+            << model.path.string() << ": " << model.size() << " scans, each read back and compared\n";
+  return skipped == 0 ? kAllWell : kLinesSkipped;
+}
+
+ExitStatus runProgram(const std::vector<std::string>& arguments) {
+  try {
+    const Options options = parseOptions(arguments);
+    errno = 0;
+    if (options.help) std::cout << kHelp;
+    const ExitStatus status = options.help ? kAllWell : run(options);
+    if (!std::cout.flush()) throwIoError("cannot write to standard output");
+    return status;
+  } catch (const UsageError& error) {
+    std::cerr << "catalogue: " << error.what() << "; see catalogue --help\n";
+  } catch (const VerificationError& error) {
+    std::cerr << "catalogue: " << error.what() << '\n';
+    return kNotVerified;
+  } catch (const std::exception& error) {
+    std::cerr << "catalogue: " << error.what() << '\n';
+  }
+  return kFailed;
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  const std::vector<std::string> arguments(argv + 1, argv + argc);
-  if (!arguments.empty() && (arguments[0] == "--help" || arguments[0] == "-h")) {
-    std::cout << kHelp;
-    return kAllWell;
-  }
-  if (arguments.empty() || arguments.size() > 2 || startsWith(arguments[0], "-")) {
-    std::cerr << kHelp;
-    return kNothingDone;
-  }
-  try {
-    return run(arguments[0], arguments.size() == 2 ? arguments[1] : "-");
-  } catch (const Failure& failure) {
-    std::cerr << "catalogue: " << failure.what() << '\n';
-    return failure.status;
-  } catch (const std::exception& error) {
-    std::cerr << "catalogue: " << error.what() << '\n';
-    return kNothingDone;
-  }
-}
+int main(int argc, char** argv) { return runProgram({argv + 1, argv + argc}); }

@@ -1,0 +1,104 @@
+#include "catalogue/Scan.h"
+
+#include <cstddef>
+#include <utility>
+
+#include "catalogue/Text.h"
+
+using namespace Tarn;  // The codec's operators are found this way.
+
+namespace catalogue {
+namespace {
+
+std::string_view takeField(std::string_view& line) {
+  const std::string_view field = line.substr(0, line.find('\t'));
+  line.remove_prefix(std::min(field.size() + 1, line.size()));
+  return field;
+}
+
+// The codec does not check UTF-8, and keeps the low 16 bits of a character.
+void checkCharacters(std::string_view line) {
+  for (std::string_view rest = line; !rest.empty();) {
+    const std::string byte = std::to_string(line.size() - rest.size() + 1);
+    const std::optional<char32_t> character = takeCharacter(rest);
+    if (!character) throw LineError("byte " + byte + " is not UTF-8");
+    if (*character > 0xFFFF) {
+      throw LineError(PrintF("byte %s begins U+%X, and characters above U+FFFF cannot be stored", byte,
+                             static_cast<unsigned>(*character)));
+    }
+  }
+}
+
+// A text that is no time reads as the epoch, and a date such as February 30 as another one.
+Time parseTime(std::string_view text) {
+  if (text.empty()) throw LineError("the time is missing");
+  const Time time = Time::fromIsoTimeStrIgnoringTimeZone(std::string(text));
+  if (time.getLastTime() == 0.0) {
+    throw LineError(inQuotes(text) + " is no time such as 2024-03-05T14:07:09Z from 1970-01-02 on");
+  }
+  std::string shown(text.substr(0, 19));
+  shown[10] = ' ';
+  if (time.getTimeStr8() != shown) {
+    throw LineError(inQuotes(text) + " is not on the calendar, or skipped where this computer's clocks go forward");
+  }
+  return time;
+}
+
+void addProperty(StringMap& properties, std::string_view field) {
+  const std::size_t equals = field.find('=');
+  if (equals == std::string_view::npos) throw LineError("the property " + inQuotes(field) + " has no '='");
+  const std::string key(field.substr(0, equals));
+  if (key.empty()) throw LineError("the property " + inQuotes(field) + " has no key");
+  if (key == kName) throw LineError("the property \"" + kName + "\" would replace the scan's name");
+  if (!properties.try_emplace(key, field.substr(equals + 1)).second) {
+    throw LineError("the property " + inQuotes(key) + " occurs twice");
+  }
+}
+
+}  // namespace
+
+Scan parseScan(std::string_view line) {
+  checkCharacters(line);
+  Scan scan;
+  const std::string name(takeField(line));
+  if (trim_copy(name).empty()) throw LineError("the name is empty");
+  scan.properties.emplace(kName, name);
+  scan.time = parseTime(takeField(line));
+  while (!line.empty()) {
+    // Spreadsheets fill short rows with empty fields.
+    const std::string_view field = takeField(line);
+    if (!field.empty()) addProperty(scan.properties, field);
+  }
+  return scan;
+}
+
+void appendRecord(std::string& text, const Record& record) {
+  text << record.id << '\n' << record.scan.properties << record.scan.time << '\n';
+}
+
+std::optional<Record> takeRecord(ValueReader& reader) {
+  try {
+    std::string idLine;
+    std::string lineEnd;
+    Scan scan;
+    reader >> idLine >> scan.properties >> scan.time >> lineEnd;
+    const auto id = parseUuid(idLine);
+    if (!id || !lineEnd.empty() || !scan.properties.contains(kName)) return std::nullopt;
+    return Record{*id, std::move(scan)};
+  } catch (const std::out_of_range&) {  // No number where the time should have one.
+    return std::nullopt;
+  }
+}
+
+std::string storableText(const Record& record) {
+  std::string text;
+  appendRecord(text, record);
+  ValueReader reader(text);
+  const auto readBack = takeRecord(reader);
+  if (!readBack || readBack->id != record.id || !(readBack->scan == record.scan) || !reader.rest().empty()) {
+    throw LineError("cannot be stored: a NUL, or a backslash in front of a double quote, does not come back");
+  }
+  return text;
+}
+
+}  // namespace catalogue

@@ -1,0 +1,57 @@
+// A scan, the line that lists it, and the record that stores it.
+#ifndef CATALOGUE_SCAN_H_
+#define CATALOGUE_SCAN_H_
+
+#include <Tarn/Tarn.h>
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace catalogue {
+
+// The property that holds a scan's name.
+inline const std::string kName = "name";
+
+struct Scan {
+  Tarn::StringMap properties;  // kName is among them.
+  Tarn::Time time;
+
+  const std::string& name() const { return properties.at(kName); }
+
+  // To the millisecond, as a record keeps the time.
+  friend bool operator==(const Scan& a, const Scan& b) {
+    return a.properties == b.properties && Tarn::Time::compare(a.time, b.time) == 0;
+  }
+};
+
+// Why a line cannot be read or stored, in words for whoever wrote it.
+class LineError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Reads a line without its end: name, time and any number of key=value properties, with a tab between each two.
+Scan parseScan(std::string_view line);
+
+struct Record {
+  Tarn::uuids::uuid id;
+  Scan scan;
+};
+
+// Appends a record, by the codec of the library:
+//
+//     00112233-4455-6677-8899-aabbccddeeff
+//     { "height"=>"1.8" "name"=>"T\u00FCrmchen" } 5.3.2024 14:7:9:0
+void appendRecord(std::string& text, const Record& record);
+
+// Takes a record from the front, or nothing where none stands; the reader is then somewhere in it.
+std::optional<Record> takeRecord(Tarn::ValueReader& reader);
+
+// The text of a record that is certain to come back. Throws `LineError` for a scan that the codec would change.
+std::string storableText(const Record& record);
+
+}  // namespace catalogue
+
+#endif  // CATALOGUE_SCAN_H_
