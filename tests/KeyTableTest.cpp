@@ -122,7 +122,7 @@ TEST(KeyTable, CopiesAndMovesAreTablesOfTheirOwn) {
 
 TEST(UuidKeyTable, TokensWithoutUuidOutliveRmAll) {
   UuidKeyTable table;
-  for (const std::uint64_t token : {5, 9}) table.addEntry(token, uuidKey(1));
+  for (const std::uint64_t token : {5U, 9U}) table.addEntry(token, uuidKey(1));
   EXPECT_TRUE(table.rmEntry(5, uuidKey(1)));
   EXPECT_FALSE(table.rmAll());
   EXPECT_EQ(table.getToken(0), 9U);

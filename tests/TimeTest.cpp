@@ -46,11 +46,12 @@ class TimeInZones : public testing::TestWithParam<const char*> {
  protected:
   TimeZone zone_{GetParam()};
 };
-INSTANTIATE_TEST_SUITE_P(, TimeInZones, testing::ValuesIn(kZones), [](const auto& info) {
-  std::string name = info.param;
-  std::erase_if(name, [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); });
+std::string nameOfZone(const testing::TestParamInfo<const char*>& zone) {
+  std::string name = zone.param;
+  std::erase_if(name, [](char c) { return c == '/' || c == '_'; });
   return name;
-});
+}
+INSTANTIATE_TEST_SUITE_P(Zones, TimeInZones, testing::ValuesIn(kZones), nameOfZone);
 
 // Seconds all over the calendar, many of them where clocks change.
 std::vector<std::time_t> someSeconds() {
@@ -117,8 +118,7 @@ TEST_P(TimeInZones, SettingFieldsIsTheRuntimes) {
 TEST_P(TimeInZones, TextComesBack) {
   for (const std::time_t seconds : someSeconds()) {
     const Time time = at(static_cast<double>(seconds) + 0.987);
-    if (time.getYear() == 1970 || time.getYear() == 3000 || time.getYear() == 3001)
-      continue;  // Setting guards the ends.
+    if (time.getYear() < 1971 || time.getYear() > 2999) continue;  // Setting guards the ends.
     std::string buffer;
     std::stringstream stream;
     buffer << time << ", rest";
@@ -131,9 +131,8 @@ TEST_P(TimeInZones, TextComesBack) {
     // In the hour that does not exist elsewhere the runtime decides, but it exists here: all fields come back.
     EXPECT_EQ(fieldsOf(fromBuffer), fieldsOf(time));
     EXPECT_EQ(Time::compare(fromStream, time), 0);
-    EXPECT_EQ(
-        Time::compare(Time::fromIsoTimeStrIgnoringTimeZone(time.getIsoTimeStr()), at(fromBuffer.getLastTime() - 0.987)),
-        0);
+    const Time fromIso = Time::fromIsoTimeStrIgnoringTimeZone(time.getIsoTimeStr());
+    EXPECT_NEAR(fromIso.getLastTime() + 0.987, fromBuffer.getLastTime(), 1e-5);
     EXPECT_EQ(buffer, ", rest");
     EXPECT_TRUE(stream.good());
   }
@@ -270,6 +269,7 @@ TEST(Time, TimesOutOnTheSteadyClock) {
 struct Text {
   int line;
   std::string text, iso, rest, error;
+  bool streams;  // Whether a stream can read it, too.
 };
 
 TEST(Time, ReadsItsText) {
@@ -277,14 +277,14 @@ TEST(Time, ReadsItsText) {
   const std::string before = "2001-09-09 01:46:40";
   const std::string noValue = "invalid string position";
   const Text rows[] = {
-      {__LINE__, "5.3.2024 14:7:9:42, rest", "2024-03-05 14:07:09", ", rest", ""},
-      {__LINE__, "05/03/2024 14-07-09-042", "2024-03-05 14:07:09", "", ""},
-      {__LINE__, " ,5 \n.\t3.2024,,14:7:9:1500", "2024-03-05 14:07:10", "", ""},
-      {__LINE__, "1.1.1960 0:0:0:0x", "1970-01-01 00:00:00", "x", ""},
-      {__LINE__, "5.3.2024", "2024-03-05 00:00:00", "", ""},
-      {__LINE__, "", "1970-01-01 00:00:00", "", ""},
-      {__LINE__, "5.x.2024 1:2:3:4", before, "x.2024 1:2:3:4", noValue},
-      {__LINE__, "5.3.2024 14:7:99999999999:1", before, "99999999999:1", noValue},
+      {__LINE__, "5.3.2024 14:7:9:42, rest", "2024-03-05 14:07:09", ", rest", "", true},
+      {__LINE__, "05/03/2024 14-07-09-042", "2024-03-05 14:07:09", "", "", true},
+      {__LINE__, " ,5 \n.\t3.2024,,14:7:9:1500", "2024-03-05 14:07:10", "", "", false},
+      {__LINE__, "1.1.1960 0:0:0:0x", "1970-01-01 00:00:00", "x", "", true},
+      {__LINE__, "5.3.2024", "2024-03-05 00:00:00", "", "", false},
+      {__LINE__, "", "1970-01-01 00:00:00", "", "", false},
+      {__LINE__, "5.x.2024 1:2:3:4", before, "x.2024 1:2:3:4", noValue, false},
+      {__LINE__, "5.3.2024 14:7:99999999999:1", before, "99999999999:1", noValue, false},
   };
   for (const Text& row : rows) {
     testing::ScopedTrace trace(__FILE__, row.line, row.text);
@@ -302,8 +302,10 @@ TEST(Time, ReadsItsText) {
     std::istringstream stream(row.text);
     Time streamed;
     stream >> streamed;
-    if (row.rest.empty() && row.text.size() > 20 && row.text[1] != ',') EXPECT_EQ(Time::compare(streamed, time), 0);
-    EXPECT_EQ(stream.fail(), !row.error.empty() || row.text.size() < 9 || row.text[1] == ',');
+    EXPECT_EQ(stream.fail(), !row.streams);
+    if (row.streams) {
+      EXPECT_EQ(Time::compare(streamed, time), 0);
+    }
   }
 }
 

@@ -13,9 +13,24 @@
 #include "Tarn/text/ValueText.h"
 #include "tests/Generate.h"
 
+namespace geometry {
+
+// A type with a stream operator of its own, which reads two numbers.
+struct Point {
+  int x, y;
+  bool operator==(const Point&) const = default;
+};
+std::istream& operator>>(std::istream& stream, Point& point) {
+  char comma = '\0';
+  return stream >> point.x >> comma >> point.y;
+}
+
+}  // namespace geometry
+
 namespace {
 
 using namespace Tarn;
+using geometry::Point;
 
 constexpr const char* kNoValue = "invalid string position";
 
@@ -211,9 +226,10 @@ TEST(ValueReader, Maps) {
       {__LINE__, R"({ "a"=>"1"  )", {{"a", "1"}}, "  ", ""},
       {__LINE__, R"({=>"1" })", {{"", "1"}}, "", ""},
       {__LINE__, "{=>a\n=>b\n}x", {{"", "a"}}, "x", ""},
-      {__LINE__, R"({ key"=>value})", {{"key\"", "value}"}}, "", ""},
+      {__LINE__, R"({ key"=>value})", {}, R"(key"=>value})", ""},
+      {__LINE__, R"({ key"=>"value"})", {{"key\"", "value"}}, "", ""},
       {__LINE__, R"({ "a\u00e9"=>"\t" "b"=>"\n"})", {{"a\xC3\xA9", "\\t"}, {"b", "\n"}}, "", ""},
-      {__LINE__, R"({ "a"=>"1\\\" } )", {{"a", "1\\\""}}, "", ""},
+      {__LINE__, R"({ "a"=>"1\\\" } )", {{"a", "1\\"}}, " ", ""},
       {__LINE__, std::string("{ \"a\0b\"=>\"1\"\0 }", 16), {{"a", "1"}}, "", ""},
       {__LINE__, R"({ }"a"=>"1"})", {}, R"("a"=>"1"})", ""},
   };
@@ -231,16 +247,6 @@ TEST(ValueReader, Uuids) {
       {__LINE__, " 00010203-0405-0607-0809-0a0b0c0d0e0f", before, "", ""},
   };
   expectReadings(rows, before);
-}
-
-// A type with a stream operator of its own, which reads two numbers.
-struct Point {
-  int x, y;
-  bool operator==(const Point&) const = default;
-};
-std::istream& operator>>(std::istream& stream, Point& point) {
-  char comma = '\0';
-  return stream >> point.x >> comma >> point.y;
 }
 
 TEST(ValueReader, OtherTypes) {
@@ -288,7 +294,8 @@ TEST(ValueReader, ManyReadsAreLinear) {
     strings += "\"a\"";
   }
   StringMap entries;
-  ValueReader(map.c_str()) >> entries;
+  ValueReader mapReader(map);
+  mapReader >> entries;
   EXPECT_EQ(entries, (StringMap{{"", "a"}}));
   ValueReader reader(strings);
   std::string value;
@@ -330,7 +337,8 @@ TEST(StreamForms, Words) {
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}), row.rest);
   }
   std::optional<std::string> none;
-  std::istringstream(" \"x\" ") >> none;
+  std::istringstream stream(" \"x\" ");
+  stream >> none;
   EXPECT_EQ(none, "x");
 }
 

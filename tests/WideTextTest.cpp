@@ -54,7 +54,7 @@ TEST(WideText, DecodesEveryBeginning) {
   for (int first = 0; first < 256; ++first) {
     for (int second = 0; second < 256; ++second) {
       const std::string text = {static_cast<char>(first), static_cast<char>(second), '\xA2', 'x', '\xF1'};
-      for (const std::size_t size : {1, 2, 3, 4, 5}) expectWide(text.substr(0, size));
+      for (std::size_t size = 1; size <= text.size(); ++size) expectWide(text.substr(0, size));
       if (HasFailure()) return;
     }
   }

@@ -1,8 +1,9 @@
 /// @file
 /// Values appended to a text buffer and taken back from its front, by the shift operators.
 ///
-/// The operators are found from other namespaces after `using namespace Tarn`. They hold no state: threads may use
-/// them at once, each on a buffer of its own.
+/// The operators are found from other namespaces after `using namespace Tarn`; in a namespace with shift operators of
+/// its own, after `using Tarn::operator<<` and `using Tarn::operator>>`. They hold no state: threads may use them at
+/// once, each on a buffer of its own.
 #ifndef TARN_TEXT_VALUETEXT_H_
 #define TARN_TEXT_VALUETEXT_H_
 
