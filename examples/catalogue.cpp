@@ -92,8 +92,9 @@ Options parseOptions(const std::vector<std::string>& arguments) {
   throw std::system_error(errno != 0 ? errno : EIO, std::generic_category(), what);
 }
 
-std::string readAll(std::istream& in, const std::string& name) {
+std::string readAll(std::istream& in, const std::string& name, std::size_t expectedSize = 0) {
   std::string text;
+  text.reserve(expectedSize);
   std::vector<char> chunk(1U << 20U);
   errno = 0;
   do {
@@ -108,7 +109,9 @@ std::string readFile(const std::string& path) {
   errno = 0;
   std::ifstream in(path, std::ios::binary);
   if (!in) throwIoError("cannot read " + path);
-  return readAll(in, path);
+  std::error_code noSize;  // A pipe has none.
+  const std::uintmax_t size = std::filesystem::file_size(path, noSize);
+  return readAll(in, path, noSize ? 0 : static_cast<std::size_t>(size));
 }
 
 // The lines of a text, one after the other, without their ends.
@@ -158,10 +161,9 @@ struct Model {
     ids.addEntry(token, record.id);
   }
 
-  // Whether both tables translate between this token and this record, in both directions.
+  // Whether this is the token's record.
   [[nodiscard]] bool knows(std::uint64_t token, const Record& record) const {
-    return names.tokenToKey(token) == record.scan.name() && names.keyToToken(record.scan.name()) == token &&
-           ids.tokenToKey(token) == record.id && ids.keyToToken(record.id) == token;
+    return names.tokenToKey(token) == record.scan.name() && ids.tokenToKey(token) == record.id;
   }
 };
 
@@ -191,8 +193,9 @@ Model openModel(const std::filesystem::path& folder) {
   while (!reader.rest().empty()) {
     const std::size_t position = text.size() - reader.rest().size();
     const auto record = takeRecord(reader);
-    if (record) model.add(*record);
-    if (!record || !text.ends_with('\n') || !model.knows(model.size() - 1, *record)) {
+    const bool isNew = record && text.ends_with('\n') && !model.holds(record->scan.name());
+    if (isNew) model.add(*record);
+    if (!isNew || model.ids.getNumElements() != model.size()) {  // Uuids count once.
       throw std::runtime_error(
           PrintF("%s is damaged: no record of its own at byte %zu; nothing was written", path, position));
     }

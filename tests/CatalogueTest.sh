@@ -52,7 +52,8 @@ sed "s/^$uuid\$/UUID/" record/Scans | cmp - expected || fail 'record: other byte
 mkdir table
 { scan '正門'; scan 'Tor1'; scan "$(printf 'esc\033[31m')"; } > table.tsv
 expect 'table' 0 table table.tsv
-same 'table, wide' "$(grep -F '正門' out)" "$(grep -F 'Tor1' out | sed 's/1  *Tor1/0      正門/;s/[^ ]*$//')$(grep -F '正門' out | sed 's/.* //')"
+row() { grep -F "$1" out | sed "s/^[0-9]* *//; s/$1/Tor1/; s/ *[^ ]*\$//"; }
+same 'table, wide' "$(row 正門)" "$(row Tor1)"
 says 'table, controls' out 'esc?[31m'
 expect 'no rows' 0 --rows 0 "$(mkdir rows; echo rows)" table.tsv
 says 'no rows' out '... and 3 more'
@@ -70,7 +71,7 @@ head -c "$(wc -c < expected)" <(sed "s/^$uuid\$/UUID/" record/Scans) | cmp - exp
 
 # Lines that are skipped, each between two good ones: name of the row, the line (for printf), the reason.
 bad_lines() {
-  cat << 'ROWS'
+  cat <<'ROWS'
 no UTF-8|a\200\t2024-03-05T14:07:09Z|byte 2 is not UTF-8
 cut short|a\303|byte 2 is not UTF-8
 cut by a tab|a\303\t2024-03-05T14:07:09Z|byte 2 is not UTF-8
@@ -135,7 +136,7 @@ while IFS='|' read -r name reason arguments; do
   expect "$name" 2 "${words[@]}"
   says "$name" err "$reason"
   same "$name, no output" "$(cat out)" ''
-done << 'ROWS'
+done <<'ROWS'
 no arguments|a folder and at most one list are expected|
 three arguments|a folder and at most one list are expected|ends one.tsv more
 unknown option|there is no option --row|--row 3 ends one.tsv

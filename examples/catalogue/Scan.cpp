@@ -19,11 +19,11 @@ std::string_view takeField(std::string_view& line) {
 // The codec does not check UTF-8, and keeps the low 16 bits of a character.
 void checkCharacters(std::string_view line) {
   for (std::string_view rest = line; !rest.empty();) {
-    const std::string byte = std::to_string(line.size() - rest.size() + 1);
+    const std::size_t byte = line.size() - rest.size() + 1;
     const std::optional<char32_t> character = takeCharacter(rest);
-    if (!character) throw LineError("byte " + byte + " is not UTF-8");
+    if (!character) throw LineError(PrintF("byte %zu is not UTF-8", byte));
     if (*character > 0xFFFF) {
-      throw LineError(PrintF("byte %s begins U+%X, and characters above U+FFFF cannot be stored", byte,
+      throw LineError(PrintF("byte %zu begins U+%X, and characters above U+FFFF cannot be stored", byte,
                              static_cast<unsigned>(*character)));
     }
   }

@@ -41,20 +41,23 @@ Shown takeShown(std::string_view& text) {
 }  // namespace
 
 std::optional<char32_t> takeCharacter(std::string_view& text) {
-  constexpr char32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};  // By length: what needs this many bytes.
+  constexpr char32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};  // Index: the number of bytes.
   const auto lead = static_cast<unsigned char>(text.front());
-  const auto ones = static_cast<std::size_t>(std::countl_one(lead));
-  const std::size_t length = std::max<std::size_t>(ones, 1);
-  if (ones == 1 || ones > 4 || text.size() < length) return std::nullopt;
-  char32_t value = lead & (ones == 0 ? 0x7FU : 0xFFU >> (ones + 1));
-  for (const char next : text.substr(1, length - 1)) {
+  if (lead < 0x80) {
+    text.remove_prefix(1);
+    return lead;
+  }
+  const auto ones = static_cast<std::size_t>(std::countl_one(lead));  // As many bytes as the lead has high ones.
+  if (ones == 1 || ones > 4 || text.size() < ones) return std::nullopt;
+  char32_t value = lead & (0xFFU >> (ones + 1));
+  for (const char next : text.substr(1, ones - 1)) {
     const auto byte = static_cast<unsigned char>(next);
     if ((byte & 0xC0U) != 0x80) return std::nullopt;
     value = (value << 6U) | (byte & 0x3FU);
   }
   const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
-  if (value < kSmallest[length] || value > 0x10FFFF || isSurrogate) return std::nullopt;
-  text.remove_prefix(length);
+  if (value < kSmallest[ones] || value > 0x10FFFF || isSurrogate) return std::nullopt;
+  text.remove_prefix(ones);
   return value;
 }
 
