@@ -129,7 +129,7 @@ scan a > one.tsv
 echo 'a line' > file
 mkdir foreign damaged lost full
 printf 'something else\n' > foreign/Scans
-head -n 20 sample/Scans | head -c -9 > damaged/Scans
+head -n 21 sample/Scans | head -c -1 > damaged/Scans
 head -n 20 sample/Scans > lost/Scans
 while IFS='|' read -r name reason arguments; do
   read -r -a words <<< "$arguments"
@@ -147,11 +147,11 @@ a folder for a list|cannot read ends|ends ends
 absent folder|there is no folder absent|absent one.tsv
 a file for a folder|there is no folder file|file one.tsv
 foreign stream|does not begin with the header|foreign one.tsv
-stream that is cut|is damaged|damaged one.tsv
+stream without its last line feed|is damaged|damaged one.tsv
 stream cut in a record|is damaged|lost one.tsv
 ROWS
 same 'foreign stream stays' "$(cat foreign/Scans)" 'something else'
-head -n 20 sample/Scans | head -c -9 | cmp - damaged/Scans || fail 'damaged stream: changed'
+head -n 21 sample/Scans | head -c -1 | cmp - damaged/Scans || fail 'damaged stream: changed'
 [ ! -e absent ] || fail 'absent folder: it was made'
 expect 'help' 0 --help
 says 'help' out 'Exit status: 0 all well, 1 some lines were skipped, 2'
