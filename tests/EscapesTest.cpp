@@ -15,6 +15,7 @@
 namespace {
 
 using namespace Tarn;
+using namespace std::string_view_literals;
 
 // Both directions as they are defined: character by character.
 std::string plainEscape(const std::string& text, bool unicode) {
@@ -76,8 +77,7 @@ void expectUnescape(const std::string& text) {
 TEST(Escapes, Escape) {
   Generate generate(5);
   for (int i = 0; i < 20000 && !HasFailure(); ++i) {
-    const std::string text =
-        generate.text(std::string_view("abcdefgh\n\r\"\\\t\0\x7F\xC3\xA9\xE2\x82\xAC\xC0\xF0", 24), 30);
+    const std::string text = generate.text("abcdefgh\n\r\"\\\t\0\x7F\xC3\xA9\xE2\x82\xAC\xC0\xF0"sv, 30);
     for (const bool unicode : {true, false}) {
       std::string escaped = text;
       try {
@@ -120,7 +120,7 @@ TEST(Escapes, Unescape) {
   }
   Generate generate(6);
   for (int i = 0; i < 50000 && !HasFailure(); ++i) {
-    expectUnescape(generate.text(std::string_view("\\\\\\uunr\"0aFGx\0\x80", 15), 16));
+    expectUnescape(generate.text("\\\\\\uunr\"0aFGx\0\x80"sv, 16));
   }
 }
 
