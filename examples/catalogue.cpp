@@ -322,6 +322,7 @@ std::vector<std::string> commonKeys(const std::vector<Record>& records, std::siz
   }
   counts.erase(kName);
   std::vector<std::string> keys;
+  keys.reserve(counts.size());
   for (const auto& count : counts) keys.push_back(count.first);
   std::ranges::stable_sort(keys, [&](const auto& a, const auto& b) { return counts[a] > counts[b]; });
   keys.resize(std::min(keys.size(), most));

@@ -5,9 +5,15 @@
 
 #include "catalogue/Text.h"
 
-using namespace Tarn;  // The codec's operators are found this way.
-
 namespace catalogue {
+
+using Tarn::PrintF;
+using Tarn::StringMap;
+using Tarn::Time;
+using Tarn::ValueReader;
+using Tarn::operator<<;  // The codec's operators are found this way.
+using Tarn::operator>>;
+
 namespace {
 
 std::string_view takeField(std::string_view& line) {
@@ -61,7 +67,7 @@ Scan parseScan(std::string_view line) {
   checkCharacters(line);
   Scan scan;
   const std::string name(takeField(line));
-  if (trim_copy(name).empty()) throw LineError("the name is empty");
+  if (Tarn::trim_copy(name).empty()) throw LineError("the name is empty");
   scan.properties.emplace(kName, name);
   scan.time = parseTime(takeField(line));
   while (!line.empty()) {
@@ -82,7 +88,7 @@ std::optional<Record> takeRecord(ValueReader& reader) {
     std::string lineEnd;
     Scan scan;
     reader >> idLine >> scan.properties >> scan.time >> lineEnd;
-    const auto id = parseUuid(idLine);
+    const auto id = Tarn::parseUuid(idLine);
     if (!id || !lineEnd.empty() || !scan.properties.contains(kName)) return std::nullopt;
     return Record{*id, std::move(scan)};
   } catch (const std::out_of_range&) {  // No number where the time should have one.
