@@ -182,8 +182,8 @@ bool takeHeader(ValueReader& reader) {
 Model openModel(const std::filesystem::path& folder) {
   Model model;
   model.path = folder / StreamNames::S_MODEL_SCANS;
-  const std::string path = model.path.string();
-  if (!is_directory(folder)) throw std::runtime_error("there is no folder " + folder.string());
+  const std::string path = model.path.generic_string();
+  if (!is_directory(folder)) throw std::runtime_error("there is no folder " + folder.generic_string());
   model.isNew = !exists(model.path);
   if (model.isNew) return model;
   if (!is_regular_file(model.path)) throw std::runtime_error(path + " is no regular file");
@@ -210,7 +210,7 @@ class Appender {
       : path_(model.path), isNew_(model.isNew), oldSize_(isNew_ ? 0 : file_size(path_)) {
     errno = 0;
     out_.open(path_, std::ios::binary | std::ios::app);
-    if (!out_) throwIoError("cannot write " + path_.string());
+    if (!out_) throwIoError("cannot write " + path_.generic_string());
   }
   Appender(const Appender&) = delete;
   Appender& operator=(const Appender&) = delete;
@@ -234,7 +234,7 @@ class Appender {
   void finish() {
     flush();
     out_.close();
-    if (!out_) throwIoError("cannot write " + path_.string());
+    if (!out_) throwIoError("cannot write " + path_.generic_string());
     finished_ = true;
   }
 
@@ -242,7 +242,7 @@ class Appender {
   void flush() {
     errno = 0;
     out_.write(pending_.data(), static_cast<std::streamsize>(pending_.size())).flush();
-    if (!out_) throwIoError("cannot write " + path_.string());
+    if (!out_) throwIoError("cannot write " + path_.generic_string());
     pending_.clear();
   }
 
@@ -289,7 +289,7 @@ std::vector<AddedLine> addScans(Model& model, Lines lines, IProgress& progress, 
 std::vector<Record> verify(const Model& model, const std::vector<AddedLine>& added, IProgress& progress,
                            std::size_t rows) {
   progress.setStep("Reading back");
-  const std::string text = readFile(model.path.string());
+  const std::string text = readFile(model.path.generic_string());
   ValueReader reader(text);
   if (!takeHeader(reader)) throw VerificationError("the stream has lost its header");
   std::vector<Record> first;
@@ -387,7 +387,7 @@ ExitStatus run(const Options& options) {
   if (!shown.empty()) print(std::cout, tableOf(shown, model));
   if (added.size() > shown.size()) std::cout << "... and " << added.size() - shown.size() << " more\n";
   std::cout << listName << ": " << added.size() << " scans added, " << skipped << " lines skipped\n"
-            << model.path.string() << ": " << model.size() << " scans, each read back and compared\n";
+            << model.path.generic_string() << ": " << model.size() << " scans, each read back and compared\n";
   return skipped == 0 ? kAllWell : kLinesSkipped;
 }
 

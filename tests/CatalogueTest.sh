@@ -172,7 +172,8 @@ many 20000 > many.tsv
 if [ -c /dev/full ]; then
   ln -s /dev/full full/Scans
   expect 'stream on a device' 2 full one.tsv
-  says 'stream on a device' err 'full/Scans is no regular file'
+  # Windows has no device files: there the device is only as full as any disk.
+  says 'stream on a device' err 'full/Scans'
   found=0
   "${program[@]}" ends one.tsv > /dev/full 2> err || found=$?
   same 'output to a full device' "$found" 2

@@ -19,8 +19,8 @@ std::array<unsigned char, 16> newUuid();
 bool toLocalTime(std::int64_t seconds, std::tm& fields);
 bool toUtc(std::int64_t seconds, std::tm& fields);
 
-// Whole seconds since 1970-01-01 UTC of local calendar fields that lie in their ranges; negative if the runtime cannot
-// tell or the time is earlier. The runtime decides daylight saving time as `tm_isdst` asks it to.
+// Whole seconds since 1970-01-01 UTC of local calendar fields that lie in their ranges, `tm_isdst` negative; negative
+// if the runtime cannot tell or the time is earlier.
 std::int64_t fromLocalTime(std::tm fields);
 
 }  // namespace Tarn::platform

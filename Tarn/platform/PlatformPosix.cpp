@@ -6,6 +6,15 @@
 #include <system_error>
 
 namespace Tarn::platform {
+namespace {
+
+// Seconds that local time is ahead of UTC at a time.
+std::int64_t offsetAt(std::int64_t seconds) {
+  std::tm fields{};
+  return toLocalTime(seconds, fields) ? fields.tm_gmtoff : 0;
+}
+
+}  // namespace
 
 std::array<unsigned char, 16> newUuid() {
   std::array<unsigned char, 16> bytes{};
@@ -28,6 +37,16 @@ bool toUtc(std::int64_t seconds, std::tm& fields) {
   return gmtime_r(&time, &fields) != nullptr;
 }
 
-std::int64_t fromLocalTime(std::tm fields) { return std::mktime(&fields); }
+// Not by mktime: it reads the zone anew at every call, under a lock that threads then wait for. A day before and a day
+// behind have the two offsets that can hold at a local time. The one before is right in the first of a repeated hour,
+// and moves a missing hour forward.
+std::int64_t fromLocalTime(std::tm fields) {
+  constexpr std::int64_t kDay = 86400;
+  const std::int64_t local = timegm(&fields);
+  const std::int64_t offsetBefore = offsetAt(local - kDay);
+  if (offsetAt(local - offsetBefore) == offsetBefore) return local - offsetBefore;
+  const std::int64_t offsetBehind = offsetAt(local + kDay);
+  return local - (offsetAt(local - offsetBehind) == offsetBehind ? offsetBehind : offsetBefore);
+}
 
 }  // namespace Tarn::platform

@@ -58,7 +58,8 @@ class Time {
   /// milliseconds may be any number.
   ///
   /// Before 1970-01-01 13:00, on 3000-12-31, later, or where the conversion falls outside the calendar range, the
-  /// result is the epoch plus the milliseconds. In an hour that occurs twice or not at all, the runtime decides.
+  /// result is the epoch plus the milliseconds. Of an hour that occurs twice one is taken, and an hour that is missing
+  /// becomes a neighbouring one; which one is the platform's choice.
   TARN_API void setTime(int year, int month, int day, int hour, int minute, int second, int millisecond);
 
   /// Sets the current time and returns it as `getLastTime` does.
