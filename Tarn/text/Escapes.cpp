@@ -6,11 +6,13 @@
 #include <array>
 #include <climits>
 #include <cstddef>
+#include <cstdint>
 #include <locale>
 #include <string_view>
 #include <utility>
 
 #include "Tarn/text/ValueReader.h"
+#include "Tarn/text/internal/Blocks.h"
 #include "Tarn/text/internal/Characters.h"
 #include "Tarn/text/internal/EscapeText.h"
 #include "Tarn/text/internal/Utf8.h"
@@ -23,6 +25,17 @@ constexpr std::size_t kNone = std::string_view::npos;
 // Whether escaping leaves the byte as it is.
 constexpr bool isPlain(char byte) {
   return static_cast<unsigned char>(byte) < 0x80 && byte != '\n' && byte != '\r' && byte != '"' && byte != '\\';
+}
+
+bool holdsEscaped(std::uint64_t block) {
+  return internal::holdsNonAscii(block) || internal::holds(block, '\n') || internal::holds(block, '\r') ||
+         internal::holds(block, '"') || internal::holds(block, '\\');
+}
+
+// The first byte that escaping does not leave as it is, or the end.
+const char* findEscaped(const char* at, const char* end) {
+  return internal::findByte(
+      at, end, [](char byte) { return !isPlain(byte); }, holdsEscaped);
 }
 
 // The character behind the backslash of a short escape, for a character that has one.
@@ -147,7 +160,7 @@ void internal::appendEscaped(std::string& out, std::string_view text, bool unico
   const char* at = text.data();
   const char* const end = at + text.size();
   while (true) {
-    const char* const run = std::find_if_not(at, end, isPlain);
+    const char* const run = findEscaped(at, end);
     out.append(at, run);
     if (run == end) return;
     at = run;
@@ -156,7 +169,8 @@ void internal::appendEscaped(std::string& out, std::string_view text, bool unico
 }
 
 void controlsToEsc(std::string& text, bool unicodeEscapes) {
-  if (std::all_of(text.begin(), text.end(), isPlain)) return;
+  const char* const end = text.data() + text.size();
+  if (findEscaped(text.data(), end) == end) return;
   std::string escaped;
   escaped.reserve(text.size());
   internal::appendEscaped(escaped, text, unicodeEscapes);

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Tarn/text/WideText.h"
+#include "Tarn/text/internal/Blocks.h"
 #include "Tarn/text/internal/Characters.h"
 
 namespace Tarn {
@@ -127,7 +128,8 @@ bool isAlphaNum(const char& character) { return isOf(character, internal::kAlpha
 bool isValidNumberChar(const char& character) { return isOf(character, internal::kNumberChar); }
 
 bool isAscii(const std::string& text) {
-  return std::none_of(text.begin(), text.end(), [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; });
+  const char* const end = text.data() + text.size();
+  return internal::findNonAscii(text.data(), end) == end;
 }
 
 int findAlphaNum(const std::string& text, int start) { return findClass(text, internal::kAlphaNum, start); }

@@ -1,9 +1,11 @@
 #include "Tarn/text/WideText.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <locale>
 #include <type_traits>
 
+#include "Tarn/text/internal/Blocks.h"
 #include "Tarn/text/internal/Utf8.h"
 
 namespace Tarn {
@@ -28,8 +30,18 @@ std::string toUtf8(const std::wstring& text) {
 std::wstring wide(const std::string& text) {
   std::wstring result(text.size(), L'\0');  // One unit for each sequence: never more than bytes.
   wchar_t* out = result.data();
-  const char* const end = text.data() + text.size();
-  for (const char* at = text.data(); at != end;) *out++ = internal::takeWideCharacter(at, end);
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  while (end - at >= 8) {
+    const char* const next = at + 8;
+    if (internal::findNonAscii(at, next) == next) {
+      out = std::copy(at, next, out);
+      at = next;
+    } else {
+      while (at < next) *out++ = internal::takeWideCharacter(at, end);
+    }
+  }
+  while (at != end) *out++ = internal::takeWideCharacter(at, end);
   result.resize(static_cast<std::size_t>(out - result.data()));
   return result;
 }

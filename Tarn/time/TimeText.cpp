@@ -1,6 +1,8 @@
 // Layouts of digits are written here, which is faster than the runtime and the same on every platform; only the two
 // with words, which depend on the locale, are the runtime's.
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdlib>
 #include <istream>
 #include <ostream>
@@ -16,49 +18,52 @@ namespace {
 
 using internal::CalendarFields;
 
-// Appends a number from 0 up with zeros in front to this width.
-void appendPadded(std::string& text, int number, std::size_t width) {
-  const std::string digits = std::to_string(number);
-  if (digits.size() < width) text.append(width - digits.size(), '0');
-  text += digits;
+// Writes a number from 0 up with zeros in front to this width. Gives the end of what was written.
+char* putPadded(char* out, int number, int width) {
+  int size = 1;
+  for (int rest = number / 10; rest > 0; rest /= 10) ++size;
+  size = std::max(size, width);
+  for (int i = size; i > 0; number /= 10) out[--i] = static_cast<char>('0' + number % 10);
+  return out + size;
 }
 
 // The fields in a layout of strftime's letters: Y m d H M S, y for the year's last two digits, and N for a year that is
-// not padded.
+// not padded. Every layout here has room for 32 characters.
 std::string inLayout(const CalendarFields& fields, std::string_view layout) {
-  std::string text;
+  std::array<char, 32> text;
+  char* out = text.data();
   for (std::size_t i = 0; i < layout.size(); ++i) {
     if (layout[i] != '%') {
-      text += layout[i];
+      *out++ = layout[i];
       continue;
     }
     switch (layout[++i]) {
       case 'Y':
-        appendPadded(text, fields.year, 4);
+        out = putPadded(out, fields.year, 4);
         break;
       case 'N':
-        appendPadded(text, fields.year, 1);
+        out = putPadded(out, fields.year, 1);
         break;
       case 'y':
-        appendPadded(text, fields.year % 100, 2);
+        out = putPadded(out, fields.year % 100, 2);
         break;
       case 'm':
-        appendPadded(text, fields.month, 2);
+        out = putPadded(out, fields.month, 2);
         break;
       case 'd':
-        appendPadded(text, fields.day, 2);
+        out = putPadded(out, fields.day, 2);
         break;
       case 'H':
-        appendPadded(text, fields.hour, 2);
+        out = putPadded(out, fields.hour, 2);
         break;
       case 'M':
-        appendPadded(text, fields.minute, 2);
+        out = putPadded(out, fields.minute, 2);
         break;
       default:
-        appendPadded(text, fields.second, 2);
+        out = putPadded(out, fields.second, 2);
     }
   }
-  return text;
+  return {text.data(), out};
 }
 
 std::string localInLayout(double time, std::string_view layout) {
@@ -78,11 +83,12 @@ std::string zoneDesignator(const CalendarFields& local, std::int64_t seconds) {
   const std::int64_t offset = internal::secondsOf(local) - seconds;
   const auto minutes = static_cast<int>(std::abs(offset) / 60);
   if (offset >= 0 && minutes == 0) return "Z";
-  std::string text(1, offset < 0 ? '-' : '+');
-  appendPadded(text, minutes / 60, 2);
-  text += ':';
-  appendPadded(text, minutes % 60, 2);
-  return text;
+  std::array<char, 6> text;
+  text[0] = offset < 0 ? '-' : '+';
+  putPadded(text.data() + 1, minutes / 60, 2);
+  text[3] = ':';
+  putPadded(text.data() + 4, minutes % 60, 2);
+  return {text.data(), text.size()};
 }
 
 }  // namespace
