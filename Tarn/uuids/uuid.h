@@ -62,6 +62,8 @@ class uuid {
 
   /// A new uuid from the operating system: the platform's own generator where there is one, otherwise random bytes
   /// (version 4, RFC variant). Keeps no state; any number of threads may call it at once.
+  /// Throws `std::system_error` where the system has no random bytes to give; a platform's own generator is not asked
+  /// whether it failed.
   [[nodiscard]] TARN_API static uuid generate();
 
   /// The 16 bytes, without a copy; valid while the uuid lives.
