@@ -75,7 +75,9 @@ TEST(Progress, ObserversMayCallTheHub) {
     if (value == 1.0) hub.addObserver([&late](double added) { late.push_back(added); });
     if (value < 3.0) hub.addProgress(1.0);
   });
+  hub.addObserver([&hub](const std::string& step) { hub.setStep(step.substr(1)); });
   hub.setProgress(1.0);
+  EXPECT_THROW(hub.setStep("abc"), std::out_of_range);  // The observer's own, at the end of the text.
   // The one added in the first pass sees the passes that began after it, the innermost first.
   EXPECT_EQ(late, (Values{3.0, 2.0}));
 }
