@@ -6,6 +6,7 @@
 #include <array>
 #include <climits>
 #include <cmath>
+#include <iomanip>
 #include <limits>
 #include <sstream>
 #include <thread>
@@ -221,6 +222,28 @@ TEST(Time, SettingFieldsIsGuarded) {
   }
 }
 
+// One field at an extreme or anywhere, the others ordinary: seconds are linear in each from the day on.
+TEST(Time, SettingCarriesAnyNumber) {
+  const TimeZone zone("UTC");
+  constexpr std::array kUsual = {2000, 6, 15, 12, 30, 30, 0};
+  constexpr std::int64_t kUsualSeconds = 961072230;
+  constexpr std::int64_t kUnits[] = {0, 0, 86400, 3600, 60, 1};
+  Generate generate(33);
+  for (int i = 0; i < 20000 && !HasFailure(); ++i) {
+    const auto size = static_cast<std::int64_t>(generate.below(std::uint64_t{1} << 31) >> generate.below(31));
+    const std::size_t field = 2 + generate.below(4);
+    const int number = i % 100 == 0 ? kMin : i % 100 == 1 ? kMax : static_cast<int>(i % 2 == 0 ? size : -size);
+    std::array fields = kUsual;
+    fields[field] = number;
+    const std::int64_t seconds = kUsualSeconds + (std::int64_t{number} - kUsual[field]) * kUnits[field];
+    const auto& [year, month, day, hour, minute, second, millisecond] = fields;
+    EXPECT_EQ(local(year, month, day, hour, minute, second, millisecond).getLastTime(),
+              seconds < 0 || seconds > kLast ? 0.0 : static_cast<double>(seconds))
+        << "field " << field << " is " << number;
+  }
+  EXPECT_EQ(local(2000, kMin, 1).getLastTime() + local(2000, kMax, 1).getLastTime(), 0.0);
+}
+
 TEST(Time, Milliseconds) {
   const std::pair<double, int> rows[] = {{10.9996, 999}, {10.0004, 0}, {10.0005001, 1},
                                          {-0.25, -250},  {-5.0, 0},    {-0.9999, -1000}};
@@ -228,7 +251,18 @@ TEST(Time, Milliseconds) {
   EXPECT_EQ(at(10.9996).getSec(), 10);
 }
 
+template <class Integer>
+double setBy() {
+  Time time;
+  time.setTime(static_cast<Integer>(100));
+  return time.getLastTime();
+}
+
 TEST(Time, SetsEveryKindOfNumber) {
+  for (const double seconds : {setBy<char>(), setBy<signed char>(), setBy<unsigned char>(), setBy<short>(),
+                               setBy<unsigned short>(), setBy<unsigned>(), setBy<long>(), setBy<unsigned long>()}) {
+    EXPECT_EQ(seconds, 100.0);
+  }
   Time time;
   EXPECT_EQ(time.getLastTime(), 0.0);
   time.setTime(12.5F);
@@ -277,23 +311,26 @@ TEST(Time, TimesOutOnTheSteadyClock) {
 
 struct Text {
   int line;
-  std::string text, iso, rest, error;
-  bool streams;  // Whether a stream can read it, too.
+  std::string text, read, rest, error;
+  std::string streamed;  // What a stream reads that fails; empty where it reads the same time and does not.
 };
 
 TEST(Time, ReadsItsText) {
   const TimeZone zone("UTC");
   const std::string before = "2001-09-09 01:46:40";
+  const std::string epoch = "1970-01-01 00:00:00";
   const std::string noValue = "invalid string position";
   const Text rows[] = {
-      {__LINE__, "5.3.2024 14:7:9:42, rest", "2024-03-05 14:07:09", ", rest", "", true},
-      {__LINE__, "05/03/2024 14-07-09-042", "2024-03-05 14:07:09", "", "", true},
-      {__LINE__, " ,5 \n.\t3.2024,,14:7:9:1500", "2024-03-05 14:07:10", "", "", false},
-      {__LINE__, "1.1.1960 0:0:0:0x", "1970-01-01 00:00:00", "x", "", true},
-      {__LINE__, "5.3.2024", "2024-03-05 00:00:00", "", "", false},
-      {__LINE__, "", "1970-01-01 00:00:00", "", "", false},
-      {__LINE__, "5.x.2024 1:2:3:4", before, "x.2024 1:2:3:4", noValue, false},
-      {__LINE__, "5.3.2024 14:7:99999999999:1", before, "99999999999:1", noValue, false},
+      {__LINE__, "5.3.2024 14:7:9:42, rest", "2024-03-05 14:07:09", ", rest", "", ""},
+      {__LINE__, "05/03/2024 14-07-09-042", "2024-03-05 14:07:09", "", "", ""},
+      {__LINE__, " ,5 \n.\t3.2024,,14:7:9:1500", "2024-03-05 14:07:10", "", "", epoch},
+      {__LINE__, "1.1.1960 0:0:0:0x", epoch, "x", "", ""},
+      {__LINE__, "5.3.2024", "2024-03-05 00:00:00", "", "", "2024-03-05 00:00:00"},
+      {__LINE__, "5.3.2024 14:7:9:", "2024-03-05 14:07:09", "", "", "2024-03-05 14:07:09"},
+      {__LINE__, "", epoch, "", "", epoch},
+      {__LINE__, "5.x.2024 1:2:3:4", before, "x.2024 1:2:3:4", noValue, epoch},
+      {__LINE__, "5.3.2024 14:7:x9:42", before, "x9:42", noValue, "2024-03-05 14:07:00"},
+      {__LINE__, "5.3.2024 14:7:99999999999:1", before, "99999999999:1", noValue, "2024-03-05 14:07:00"},
   };
   for (const Text& row : rows) {
     testing::ScopedTrace trace(__FILE__, row.line, row.text);
@@ -306,16 +343,41 @@ TEST(Time, ReadsItsText) {
       error = thrown.what();
     }
     EXPECT_EQ(error, row.error);
-    EXPECT_EQ(time.getTimeStr8(), row.iso);
+    EXPECT_EQ(time.getTimeStr8(), row.read);
     EXPECT_EQ(buffer, row.rest);
+    Time byReader = at(1000000000);
+    ValueReader reader(row.text);
+    if (error.empty()) {
+      reader >> byReader;
+    } else {
+      EXPECT_THAT([&] { reader >> byReader; }, testing::ThrowsMessage<std::out_of_range>(error));
+    }
+    EXPECT_EQ(byReader.getLastTime(), time.getLastTime());
+    EXPECT_EQ(reader.rest(), row.rest);
     std::istringstream stream(row.text);
-    Time streamed;
+    Time streamed = at(1000000000);
     stream >> streamed;
-    EXPECT_EQ(stream.fail(), !row.streams);
-    if (row.streams) {
-      EXPECT_EQ(Time::compare(streamed, time), 0);
+    EXPECT_EQ(stream.fail(), !row.streamed.empty());
+    if (row.streamed.empty()) {
+      EXPECT_EQ(streamed.getLastTime(), time.getLastTime());
+    } else {
+      EXPECT_EQ(streamed.getTimeStr8(), row.streamed);
     }
   }
+}
+
+TEST(Time, StreamsKeepTheirFlags) {
+  std::stringstream stream;
+  const Time time = local(2024, 3, 5, 14, 7, 9, 42);
+  stream << std::hex << std::showbase << std::setfill('*') << std::setw(5) << time << ' ';
+  EXPECT_EQ(stream.str(), "**0x5.0x3.0x7e8 0xe:0x7:0x9:0x2a ");
+  stream.str("5.3.7e8 e:7:9:2a ");
+  Time read;
+  stream >> read;
+  EXPECT_EQ(read.getLastTime(), time.getLastTime());
+  stream.str("5.3.7e8 e:7:9:2a ");
+  stream >> std::noskipws >> read;
+  EXPECT_TRUE(stream.fail());  // The space before the hour.
 }
 
 TEST(Time, AnswersManyThreads) {

@@ -139,14 +139,30 @@ std::string& operator<<(std::string& buffer, const Time& time) {
 
 namespace {
 
+// A stream puts the nearest `int` in the place of a number that none can hold; to a time it is no number, as any other
+// text that is none.
+void takeNumber(std::istream& stream, int& number) {
+  if (!(stream >> number)) number = 0;
+}
+
+void takeNumber(ValueReader& reader, int& number) { reader >> number; }
+
 // The twelve reads, of a stream or of a text: numbers that are not there stay 0, separators may be any character.
 template <class Source>
 void readTime(Source& source, Time& time) {
   CalendarFields fields;
   int milliseconds = 0;
   char separator = '\0';
-  source >> fields.day >> separator >> fields.month >> separator >> fields.year;
-  source >> fields.hour >> separator >> fields.minute >> separator >> fields.second >> separator >> milliseconds;
+  takeNumber(source, fields.day);
+  for (int* const number : {&fields.month, &fields.year}) {
+    source >> separator;
+    takeNumber(source, *number);
+  }
+  takeNumber(source, fields.hour);
+  for (int* const number : {&fields.minute, &fields.second, &milliseconds}) {
+    source >> separator;
+    takeNumber(source, *number);
+  }
   time.setTime(fields.year, fields.month, fields.day, fields.hour, fields.minute, fields.second, milliseconds);
 }
 
