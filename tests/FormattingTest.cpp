@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string_view>
+
+#include "tests/Generate.h"
 
 namespace {
 
@@ -55,10 +58,16 @@ TEST(IncrementIndex, AdvancesTheNumberAtTheEnd) {
     incrementIndex(text);
     EXPECT_EQ(text, next);
   }
-  std::string name = "n0000";
-  for (int i = 1; i < 12345; ++i) {
-    incrementIndex(name);
-    ASSERT_EQ(name, std::string(PrintF("n%04d", i)));
+  Generate generate(8);
+  for (int i = 0; i < 20000; ++i) {
+    std::string text = generate.text("a-0899", 17);
+    const std::size_t first = text.find_last_not_of("089") + 1;  // 0 if there is no other.
+    const std::string digits = text.substr(first);
+    const std::string number = std::to_string(digits.empty() ? 1 : std::stoull(digits) + 1);
+    const std::string zeros(digits.size() - std::min(digits.size(), number.size()), '0');
+    const std::string expected = text.substr(0, first) + zeros + number;
+    incrementIndex(text);
+    ASSERT_EQ(text, expected);
   }
 }
 

@@ -132,17 +132,50 @@ TEST(PartialProgress, ScalesThroughEachLevel) {
                                                [&steps](const std::string& step) { steps.push_back(step); });
   const auto middle = std::make_shared<PartialProgress>(root, 0.5);
   const auto none = std::make_shared<PartialProgress>(middle, 0.0);
-  PartialProgress inner(middle, -0.25);
+  PartialProgress inner(std::make_shared<PartialProgress>(middle, 2.0), -0.25);
   inner.addObserver([&steps](const std::string&) { steps.emplace_back("never"); });
   inner.setProgress(1.0);
   inner.setProgress(1.0);
   none->addProgress(5.0);
   inner.setStep("Copying");
-  EXPECT_EQ(values, (Values{-0.125}));
+  EXPECT_EQ(values, (Values{-0.25}));
   EXPECT_EQ(steps, (Steps{"Copying"}));
   PartialProgress alone(nullptr, 1.0);
   EXPECT_EQ(alone.setProgress(2.0) + alone.addProgress(1.0), 5.0);
   EXPECT_NO_THROW(alone.setStep("nowhere"));
+}
+
+// Notes what reaches it, and its own end.
+class Parent : public IProgress {
+ public:
+  explicit Parent(Steps& calls) : calls_(calls) {}
+  Parent(const Parent&) = delete;
+  Parent& operator=(const Parent&) = delete;
+  ~Parent() override { calls_.emplace_back("gone"); }
+  double setProgress(double) override { throw std::logic_error("never"); }
+  double addProgress(double increment) override {
+    calls_.push_back(std::to_string(static_cast<int>(increment)));
+    if (increment > 8.0) throw std::runtime_error("no");
+    return -1.0;
+  }
+  void setStep(const std::string& step) override { calls_.push_back(step); }
+
+ private:
+  Steps& calls_;
+};
+
+TEST(PartialProgress, ForwardsEveryCallAndKeepsItsParent) {
+  Steps calls;
+  {
+    PartialProgress part(std::make_shared<Parent>(calls), 0.5);
+    EXPECT_EQ(part.setProgress(6.0), 6.0);
+    EXPECT_EQ(part.setProgress(6.0), 0.0);
+    EXPECT_EQ(part.addProgress(0.0), 6.0);
+    for (const char* step : {"", "a", "a"}) part.setStep(step);
+    EXPECT_THROW(part.addProgress(20.0), std::runtime_error);
+    EXPECT_EQ(part.addProgress(-2.0), 24.0);  // The own value had moved before its parent threw.
+  }
+  EXPECT_EQ(calls, (Steps{"3", "0", "0", "", "a", "a", "10", "-1", "gone"}));
 }
 
 TEST(PartialProgress, AThrowingObserverKeepsTheChangeFromTheParent) {

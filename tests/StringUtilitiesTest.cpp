@@ -50,8 +50,23 @@ TEST(StringUtilities, SearchesFromAStart) {
     EXPECT_EQ(findLastOf(text, 'a', start), -1);
   }
   EXPECT_EQ(findAlphaNum("", 0), -1);
-  EXPECT_EQ(findNonWS(" \t\nx", 0), 3);
-  EXPECT_EQ(findValidNumberChar("x=1e5", 0), 2);
+}
+
+TEST(StringUtilities, SearchesAsALoopDoes) {
+  Generate generate(9);
+  for (int i = 0; i < 20000 && !HasFailure(); ++i) {
+    const std::string text = generate.text(std::string_view(" \t\0,=\x7F\xE9xe5", 10), 8);
+    const int start = static_cast<int>(generate.below(10)) - 1;
+    const auto search = [&text, start](auto isSought) {
+      for (int at = start; at >= 0 && at < static_cast<int>(text.size()); ++at) {
+        if (isSought(text[static_cast<std::size_t>(at)])) return at;
+      }
+      return -1;
+    };
+    EXPECT_EQ(findAlphaNum(text, start), search(isAlphaNum)) << text;
+    EXPECT_EQ(findValidNumberChar(text, start), search(isValidNumberChar)) << text;
+    EXPECT_EQ(findNonWS(text, start), search([](char c) { return !isIn({" \t\0\x7F", 4}, c); })) << text;
+  }
 }
 
 // By the C library, hit by hit.

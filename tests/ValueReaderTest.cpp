@@ -4,12 +4,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <iterator>
 #include <limits>
 #include <sstream>
 
+#include "Tarn/text/Escapes.h"
 #include "Tarn/text/ValueText.h"
 #include "tests/Generate.h"
 
@@ -112,6 +114,16 @@ TEST(ValueReader, ReadsNumbersAsStreamsDo) {
   compareWithStream<unsigned long long>(17, kDigits);
   compareWithStream<double>(18, kMixed);
   compareWithStream<float>(19, kMixed);
+  for (const char* text :
+       {"9223372036854775807", "9223372036854775808", "-9223372036854775808", "-9223372036854775809",
+        "18446744073709551615", "18446744073709551616", "-18446744073709551615", "-18446744073709551616"}) {
+    for (const char* rest : {"", " x"}) {
+      EXPECT_EQ(read<long long>(text + std::string(rest)), plainRead<long long>(text + std::string(rest), 0)) << text;
+      EXPECT_EQ(read<unsigned long long>(text + std::string(rest)),
+                plainRead<unsigned long long>(text + std::string(rest), 0))
+          << text;
+    }
+  }
   for (const long long limit : {32767LL, 65535LL, 2147483647LL, 4294967295LL}) {
     for (const long long number : {limit, limit + 1, limit + 2, -limit, -limit - 1, -limit - 2}) {
       const std::string text = std::to_string(number);
@@ -211,8 +223,11 @@ TEST(ValueReader, Strings) {
   expectReadings(rows, std::string("before"));
   JsonValue json;
   std::string buffer = "\"[1]\"{}";
-  buffer >> json;
-  EXPECT_EQ(json.text + '|' + buffer, "[1]|{}");
+  ValueReader reader(buffer);
+  reader >> json;
+  EXPECT_EQ(json.text + '|' + std::string(reader.rest()), "[1]|{}");
+  buffer >> json >> json;
+  EXPECT_EQ(json.text + '|' + buffer, "{}|");
 }
 
 TEST(ValueReader, Maps) {
@@ -234,6 +249,95 @@ TEST(ValueReader, Maps) {
       {__LINE__, R"({ }"a"=>"1"})", {}, R"("a"=>"1"})", ""},
   };
   expectReadings(rows, StringMap{{"old", "entry"}});
+}
+
+// The rule for strings, on a text that is cut at every step.
+std::string plainString(std::string& text) {
+  const bool isQuoted = text.starts_with('"');
+  if (isQuoted) text = std::string(text.c_str() + 1);
+  std::size_t end = text.find(isQuoted ? '"' : '\n');
+  while (isQuoted && end != std::string::npos && end > 0 && text[end - 1] == '\\' &&
+         (end == 1 || text[end - 2] != '\\')) {
+    end = text.find('"', end + 1);
+  }
+  std::string value = text.substr(0, end);
+  text.erase(0, value.size() + 1);
+  return value;
+}
+
+std::size_t findVisible(const std::string& text) {
+  const auto isVisible = [](char c) { return static_cast<unsigned char>(c) > ' ' && c != '\x7F'; };
+  return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isVisible) - text.begin());
+}
+
+// The rule for maps, likewise: every step searches what is left anew.
+StringMap plainMap(std::string& text) {
+  StringMap map;
+  text.erase(0, findVisible(text) + 1);
+  while (!text.empty()) {
+    if (const std::size_t visible = findVisible(text); visible < text.size()) text.erase(0, visible);
+    const std::size_t quote = text.find("\"=>\"");
+    const bool isEnd = text.front() == '}';
+    if (isEnd || (quote == std::string::npos && !text.starts_with("=>"))) {
+      text.erase(0, isEnd ? 1 : 0);
+      break;
+    }
+    std::string keyText = quote == std::string::npos ? "" : text.substr(0, quote + 1);
+    text.erase(0, quote == std::string::npos ? 2 : quote + 3);
+    std::string key = plainString(keyText);
+    std::string value = plainString(text);
+    escToControls(key, true);
+    escToControls(value, true);
+    map.emplace(key, value);
+  }
+  return map;
+}
+
+// Texts of the pieces that strings and maps are made of.
+std::string pieces(Generate& generate) {
+  constexpr std::string_view kPieces[] = {"\"=>\"", "=>", "\"", "\" \"", "\\", "a",    "b",    "12",      " ",
+                                          "\n",     "{",  "}",  "[",     "-",  "\x7F", "tRue", "\\u00e9", {"\0", 1}};
+  std::string text;
+  for (std::uint64_t n = generate.below(20); n > 0; --n) text += kPieces[generate.below(std::size(kPieces))];
+  return text;
+}
+
+TEST(ValueReader, ReadsAnyStringAndMapByTheirRules) {
+  Generate generate(20);
+  for (int i = 0; i < 30000 && !HasFailure(); ++i) {
+    const std::string text = pieces(generate);
+    std::string rest = text;
+    const std::string value = plainString(rest);
+    EXPECT_EQ(read<std::string>(text), (Outcome<std::string>{value, rest, ""})) << testing::PrintToString(text);
+    rest = text;
+    const StringMap map = plainMap(rest);
+    EXPECT_EQ(read<StringMap>(text, {{"old", "entry"}}), (Outcome<StringMap>{map, rest, ""}))
+        << testing::PrintToString(text);
+  }
+}
+
+template <class T>
+void readFromBoth(ValueReader& reader, std::string& buffer) {
+  T byReader{};
+  T byBuffer{};
+  EXPECT_EQ(errorOf(reader, byReader), errorOf(buffer, byBuffer));
+  EXPECT_EQ(byReader, byBuffer);
+  EXPECT_EQ(reader.rest(), buffer);
+}
+
+// A reader remembers what it knows of the text; a buffer is looked at anew by every read.
+TEST(ValueReader, AReaderReadsOnAsABufferDoes) {
+  constexpr void (*kReads[])(ValueReader&, std::string&) = {
+      readFromBoth<char>,   readFromBoth<unsigned char>, readFromBoth<bool>,      readFromBoth<int>,
+      readFromBoth<double>, readFromBoth<std::string>,   readFromBoth<StringMap>, readFromBoth<uuids::uuid>};
+  Generate generate(21);
+  for (int i = 0; i < 20000 && !HasFailure(); ++i) {
+    const std::string text = pieces(generate) + pieces(generate);
+    std::string buffer = text;
+    ValueReader reader(text);
+    for (int reads = 0; reads < 8; ++reads) kReads[generate.below(std::size(kReads))](reader, buffer);
+    EXPECT_FALSE(HasFailure()) << testing::PrintToString(text);
+  }
 }
 
 TEST(ValueReader, Uuids) {
@@ -352,6 +456,9 @@ TEST(StreamForms, Uuids) {
   EXPECT_TRUE(second.is_nil());
   EXPECT_EQ(third, first);
   EXPECT_TRUE(stream.good());
+  stream >> third;
+  EXPECT_EQ(third, first);
+  EXPECT_TRUE(stream.fail());
 }
 
 }  // namespace
