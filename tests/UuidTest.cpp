@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <iomanip>
+#include <limits>
 #include <set>
 #include <sstream>
 #include <unordered_set>
@@ -89,11 +90,37 @@ TEST(Uuid, TextsOrderAndCopiesOfAnyBytes) {
     EXPECT_EQ(parseUuid(first.string()), first);
     EXPECT_EQ(uuid(std::span<unsigned char, 16>(a)), first);
     EXPECT_EQ(first <=> uuid(b), a <=> b);
+    EXPECT_EQ(first < uuid(b), a < b);
     EXPECT_EQ(first == uuid(b), a == b);
     EXPECT_EQ(first.hash(), plainHash(a));
-    EXPECT_EQ(std::hash<uuid>()(first), static_cast<std::size_t>(first.hash()));
     EXPECT_TRUE(std::equal(a.begin(), a.end(), reinterpret_cast<const unsigned char*>(first.as_bytes().data())));
   }
+}
+
+// Uuids of a few bits, as numbering makes them, spread over a table by the low and by the high bits of their hashes.
+TEST(Uuid, HashesFillTables) {
+  std::set<std::size_t> hashes;
+  std::set<std::size_t> lowBits;
+  std::set<std::size_t> highBits;
+  std::size_t count = 0;
+  for (std::size_t at = 0; at < 16; ++at) {
+    for (std::size_t other = at + 1; other < 16; ++other) {
+      for (unsigned bits = 0; bits < 256; ++bits) {
+        Bytes bytes{};
+        bytes[at] = static_cast<unsigned char>(bits % 16 + 1);
+        bytes[other] = static_cast<unsigned char>(bits / 16 + 1);
+        const std::size_t hash = std::hash<uuid>()(uuid(bytes));
+        hashes.insert(hash);
+        lowBits.insert(hash % 32768);
+        highBits.insert(hash >> (std::numeric_limits<std::size_t>::digits - 15));
+        ++count;
+      }
+    }
+  }
+  EXPECT_EQ(hashes.size(), count);
+  // By chance 20 000 of these 30 720 would differ in 15 bits.
+  EXPECT_GT(lowBits.size(), 16000U);
+  EXPECT_GT(highBits.size(), 16000U);
 }
 
 TEST(Uuid, VariantAndVersionOfEveryByte) {

@@ -103,6 +103,13 @@ class uuid {
     return highA != highB ? highA <=> highB : a.bigEndianHalf(8) <=> b.bigEndianHalf(8);
   }
 
+  // `(a <=> b) < 0`, which sorted containers ask for all the time, without the detour over three outcomes.
+  friend constexpr bool operator<(const uuid& a, const uuid& b) noexcept {
+    const std::uint64_t highA = a.bigEndianHalf(0);
+    const std::uint64_t highB = b.bigEndianHalf(0);
+    return highA != highB ? highA < highB : a.bigEndianHalf(8) < b.bigEndianHalf(8);
+  }
+
  private:
   // Eight bytes as one number, whose order is that of the bytes. Compilers make one load and a byte swap of it.
   [[nodiscard]] constexpr std::uint64_t bigEndianHalf(std::size_t first) const noexcept {
@@ -111,11 +118,21 @@ class uuid {
     return number;
   }
 
+  // Two multiplications in place of the sixteen of `hash()`; every bit of the result depends on every byte.
+  [[nodiscard]] constexpr std::size_t tableHash() const noexcept {
+    constexpr std::uint64_t kOdd = 0x9e3779b97f4a7c15;  // 2 to the power of 64, divided by the golden ratio.
+    const std::uint64_t high = bigEndianHalf(0) * kOdd;
+    const std::uint64_t both = ((high ^ (high >> 32)) + bigEndianHalf(8)) * kOdd;
+    return static_cast<std::size_t>(both ^ (both >> 32));
+  }
+
   [[nodiscard]] constexpr std::uint64_t hashHalf(std::size_t first) const noexcept {
     std::uint64_t hash = 0xcbf29ce484222325;
     for (std::size_t i = first; i < first + 8; ++i) hash = (hash ^ data[i]) * 0x100000001b3;
     return hash & 0x7fffffffffffffff;
   }
+
+  friend std::hash<uuid>;
 
   std::array<unsigned char, 16> data{};
 };
@@ -125,10 +142,10 @@ TARN_API std::ostream& operator<<(std::ostream& stream, const uuid& id);
 
 }  // namespace Tarn::uuids
 
-/// Hashes by `uuid::hash()`.
+/// For tables in memory: quicker than `uuid::hash()`, and not to be stored, since a later version may count otherwise.
 template <>
 struct std::hash<Tarn::uuids::uuid> {
-  std::size_t operator()(const Tarn::uuids::uuid& id) const noexcept { return static_cast<std::size_t>(id.hash()); }
+  std::size_t operator()(const Tarn::uuids::uuid& id) const noexcept { return id.tableHash(); }
 };
 
 #endif  // TARN_UUIDS_UUID_H_
