@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "Tarn/DataStructures/UuidKeyTable.h"
+#include "Tarn/DataStructures/internal/SortedBlocks.h"
 #include "tests/Generate.h"
 
 namespace {
@@ -93,6 +94,58 @@ void runOperations(Key (*makeKey)(std::uint64_t)) {
   }
 }
 
+// A sorted map against `std::map`, in blocks so small that each operation meets the end of one. Phases of mostly adding
+// and mostly removing, of keys in any order, upwards and downwards; positions are checked all over.
+template <std::size_t kBlockSize>
+void runSortedBlocks() {
+  using Blocks = internal::SortedBlocks<std::uint64_t, int, kBlockSize>;
+  Generate generate(kBlockSize);
+  Blocks blocks;
+  std::map<std::uint64_t, int> model;
+  const auto expectSame = [&model](const Blocks& tested) {
+    std::uint64_t position = 0;
+    for (const auto& [key, value] : model) {
+      const auto* entry = tested.at(position++);
+      ASSERT_NE(entry, nullptr);
+      EXPECT_EQ(std::pair(entry->key, entry->value), std::pair(key, value));
+      EXPECT_EQ(tested.find(key), entry);
+    }
+    for (const std::uint64_t outside : {position, position + 1, kAllOnes}) EXPECT_EQ(tested.at(outside), nullptr);
+    EXPECT_EQ(tested.size(), position);
+    EXPECT_EQ(tested.empty(), position == 0);
+  };
+  for (int i = 0; i < 12000; ++i) {
+    const int phase = i / 400 % 6;
+    const std::uint64_t step = static_cast<std::uint64_t>(i % 400);
+    const std::uint64_t key = phase < 2 ? generate.below(600) : phase < 4 ? step : 399 - step;
+    const bool adds = generate.below(10) < (phase % 2 == 0 ? 9U : 1U);
+    if (adds) {
+      EXPECT_EQ(blocks.insert(key, i), model.emplace(key, i).second);
+    } else {
+      EXPECT_EQ(blocks.erase(key), model.erase(key) == 1);
+    }
+    EXPECT_EQ(blocks.find(key) != nullptr, model.contains(key));
+    if (i % 64 == 0) expectSame(blocks);
+    if (i % 1000 == 0) {
+      Blocks copy = blocks;  // Without room to spare.
+      blocks = std::move(copy);
+      copy = Blocks();
+      EXPECT_TRUE(copy.insert(key, i) && copy.size() == 1);
+    }
+    if (testing::Test::HasFailure()) FAIL() << "operation " << i;
+  }
+  blocks.clear();
+  model.clear();
+  expectSame(blocks);
+}
+
+TEST(SortedBlocks, BehaveAsAMap) {
+  runSortedBlocks<2>();
+  runSortedBlocks<3>();
+  runSortedBlocks<8>();
+  runSortedBlocks<64>();
+}
+
 TEST(KeyTable, BehavesAsItsMaps) { runOperations<KeyTable, std::string>(stringKey); }
 
 TEST(UuidKeyTable, BehavesAsItsMaps) { runOperations<UuidKeyTable, uuids::uuid>(uuidKey); }
@@ -118,6 +171,8 @@ TEST(KeyTable, CopiesAndMovesAreTablesOfTheirOwn) {
   ids.addEntry(1, uuidKey(1));
   const UuidKeyTable moved = std::move(ids);
   EXPECT_EQ(moved.getKey(0), uuidKey(1));
+  ids.addEntry(2, uuidKey(2));  // The one that was moved from holds something valid.
+  EXPECT_EQ(ids.tokenToKey(2), uuidKey(2));
 }
 
 TEST(UuidKeyTable, TokensWithoutUuidOutliveRmAll) {

@@ -4,9 +4,9 @@
 #define TARN_DATASTRUCTURES_UUIDKEYTABLE_H_
 
 #include <cstdint>
-#include <map>
 #include <optional>
 
+#include "Tarn/DataStructures/internal/SortedBlocks.h"
 #include "Tarn/Export.h"
 #include "Tarn/uuids/uuid.h"
 
@@ -27,9 +27,10 @@ namespace Tarn::DataStructures {
 ///     table.getKey(2);         // a, the uuid of token 9
 ///     table.getNumElements();  // 2: different uuids, not tokens
 ///
-/// Look-ups, insertions and removals take logarithmic time. Only allocation can throw; when it does, a table stays
-/// usable. Threads: any number may call const members at once; a call that changes the table must not overlap any
-/// other on the same table.
+/// Look-ups by token, uuid and position take logarithmic time, and n insertions or removals in any order n log n; the
+/// memory is that of the pairs in both directions, at most doubled. Only allocation can throw; when it does, a table
+/// stays usable. Threads: any number may call const members at once; a call that changes the table must not overlap
+/// any other on the same table.
 class UuidKeyTable {
  public:
   /// Registers a pair. A uuid that is registered already keeps its first token.
@@ -43,12 +44,12 @@ class UuidKeyTable {
   /// The token's uuid, or nothing for an unknown token.
   [[nodiscard]] TARN_API std::optional<uuids::uuid> tokenToKey(std::uint64_t token) const;
 
-  /// The token at a position in ascending order; linear in the distance from the nearer end.
+  /// The token at a position in ascending order.
   /// @return 0xFFFFFFFFFFFFFFFF when the position is not below the number of tokens, which may be larger than
   /// `getNumElements()`.
   [[nodiscard]] TARN_API std::uint64_t getToken(std::uint64_t position) const;
 
-  /// The uuid of the token at a position, or nothing; bounds and cost as for `getToken`.
+  /// The uuid of the token at a position, or nothing; bounds as for `getToken`.
   [[nodiscard]] TARN_API std::optional<uuids::uuid> getKey(std::uint64_t position) const;
 
   /// The number of uuids that translate to a token. Tokens that share a uuid count once.
@@ -66,8 +67,8 @@ class UuidKeyTable {
   TARN_API bool rmAll();
 
  private:
-  std::map<uuids::uuid, std::uint64_t> uuidToTokenMap;
-  std::map<std::uint64_t, uuids::uuid> tokenToUuidMap;
+  internal::SortedBlocks<uuids::uuid, std::uint64_t> uuidToTokenMap;
+  internal::SortedBlocks<std::uint64_t, uuids::uuid> tokenToUuidMap;
 };
 
 }  // namespace Tarn::DataStructures
