@@ -27,9 +27,9 @@ void checkCharacters(std::string_view line) {
   for (std::string_view rest = line; !rest.empty();) {
     const std::size_t byte = line.size() - rest.size() + 1;
     const std::optional<char32_t> character = takeCharacter(rest);
-    if (!character) throw LineError(PrintF("byte %zu is not UTF-8", byte));
+    if (!character) throw ScanError(PrintF("byte %zu is not UTF-8", byte));
     if (*character > 0xFFFF) {
-      throw LineError(PrintF("byte %zu begins U+%X, and characters above U+FFFF cannot be stored", byte,
+      throw ScanError(PrintF("byte %zu begins U+%X, and characters above U+FFFF cannot be stored", byte,
                              static_cast<unsigned>(*character)));
     }
   }
@@ -37,27 +37,27 @@ void checkCharacters(std::string_view line) {
 
 // A text that is no time reads as the epoch, and a date such as February 30 as another one.
 Time parseTime(std::string_view text) {
-  if (text.empty()) throw LineError("the time is missing");
+  if (text.empty()) throw ScanError("the time is missing");
   const Time time = Time::fromIsoTimeStrIgnoringTimeZone(std::string(text));
   if (time.getLastTime() == 0.0) {
-    throw LineError(inQuotes(text) + " is no time such as 2024-03-05T14:07:09Z from 1970-01-02 on");
+    throw ScanError(inQuotes(text) + " is no time such as 2024-03-05T14:07:09Z from 1970-01-02 on");
   }
   std::string shown(text.substr(0, 19));
   shown[10] = ' ';
   if (time.getTimeStr8() != shown) {
-    throw LineError(inQuotes(text) + " is not on the calendar, or skipped where this computer's clocks go forward");
+    throw ScanError(inQuotes(text) + " is not on the calendar, or skipped where this computer's clocks go forward");
   }
   return time;
 }
 
 void addProperty(StringMap& properties, std::string_view field) {
   const std::size_t equals = field.find('=');
-  if (equals == std::string_view::npos) throw LineError("the property " + inQuotes(field) + " has no '='");
+  if (equals == std::string_view::npos) throw ScanError("the property " + inQuotes(field) + " has no '='");
   const std::string key(field.substr(0, equals));
-  if (key.empty()) throw LineError("the property " + inQuotes(field) + " has no key");
-  if (key == kName) throw LineError("the property \"" + kName + "\" would replace the scan's name");
+  if (key.empty()) throw ScanError("the property " + inQuotes(field) + " has no key");
+  if (key == kName) throw ScanError("the property \"" + kName + "\" would replace the scan's name");
   if (!properties.try_emplace(key, field.substr(equals + 1)).second) {
-    throw LineError("the property " + inQuotes(key) + " occurs twice");
+    throw ScanError("the property " + inQuotes(key) + " occurs twice");
   }
 }
 
@@ -67,7 +67,7 @@ Scan parseScan(std::string_view line) {
   checkCharacters(line);
   Scan scan;
   const std::string name(takeField(line));
-  if (Tarn::trim_copy(name).empty()) throw LineError("the name is empty");
+  if (Tarn::trim_copy(name).empty()) throw ScanError("the name is empty");
   scan.properties.emplace(kName, name);
   scan.time = parseTime(takeField(line));
   while (!line.empty()) {
@@ -78,31 +78,41 @@ Scan parseScan(std::string_view line) {
   return scan;
 }
 
-void appendRecord(std::string& text, const Record& record) {
+std::string recordText(const Record& record) {
+  std::string text;
   text << record.id << '\n' << record.scan.properties << record.scan.time << '\n';
+  return text;
 }
 
-std::optional<Record> takeRecord(ValueReader& reader) {
+std::optional<Record> parseRecord(std::string_view lines) {
+  if (lines.find('\0') != std::string_view::npos) return std::nullopt;  // The codec drops what is behind it.
   try {
     std::string idLine;
     std::string lineEnd;
     Scan scan;
+    ValueReader reader(lines);
     reader >> idLine >> scan.properties >> scan.time >> lineEnd;
     const auto id = Tarn::parseUuid(idLine);
-    if (!id || !lineEnd.empty() || !scan.properties.contains(kName)) return std::nullopt;
-    return Record{*id, std::move(scan)};
+    const bool isWhole = lineEnd.empty() && reader.rest().empty() && scan.properties.contains(kName);
+    return id && isWhole ? std::optional(Record{*id, std::move(scan)}) : std::nullopt;
   } catch (const std::out_of_range&) {  // No number where the time should have one.
     return std::nullopt;
   }
 }
 
+bool isTextOf(std::string_view lines, const Record& record) {
+  try {
+    return recordText(record) == lines;
+  } catch (const std::invalid_argument&) {  // What the lines hold is not UTF-8.
+    return false;
+  }
+}
+
 std::string storableText(const Record& record) {
-  std::string text;
-  appendRecord(text, record);
-  ValueReader reader(text);
-  const auto readBack = takeRecord(reader);
-  if (!readBack || readBack->id != record.id || !(readBack->scan == record.scan) || !reader.rest().empty()) {
-    throw LineError("cannot be stored: a NUL, or a backslash in front of a double quote, does not come back");
+  const std::string text = recordText(record);
+  const auto readBack = parseRecord(text);
+  if (!readBack || readBack->id != record.id || !(readBack->scan == record.scan)) {
+    throw ScanError("cannot be stored: a NUL, or a backslash in front of a double quote, does not come back");
   }
   return text;
 }

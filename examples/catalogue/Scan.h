@@ -26,8 +26,8 @@ struct Scan {
   }
 };
 
-// Why a line cannot be read or stored, in words for whoever wrote it.
-class LineError : public std::runtime_error {
+// Why a scan cannot be read, stored or added, in words for whoever wrote it.
+class ScanError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
@@ -40,16 +40,19 @@ struct Record {
   Scan scan;
 };
 
-// Appends a record, by the codec of the library:
+// The two lines of a record, by the codec of the library:
 //
 //     00112233-4455-6677-8899-aabbccddeeff
 //     { "height"=>"1.8" "name"=>"T\u00FCrmchen" } 5.3.2024 14:7:9:0
-void appendRecord(std::string& text, const Record& record);
+std::string recordText(const Record& record);
 
-// Takes a record from the front, or nothing where none stands; the reader is then somewhere in it.
-std::optional<Record> takeRecord(Tarn::ValueReader& reader);
+// The record that two lines hold, each with its end, or nothing if they hold anything else.
+std::optional<Record> parseRecord(std::string_view lines);
 
-// The text of a record that is certain to come back. Throws `LineError` for a scan that the codec would change.
+// Whether the lines are exactly what would be written for the record that they hold.
+bool isTextOf(std::string_view lines, const Record& record);
+
+// The text of a record that is certain to come back. Throws `ScanError` for a scan that the codec would change.
 std::string storableText(const Record& record);
 
 }  // namespace catalogue

@@ -1,39 +1,60 @@
 #include "catalogue/Terminal.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace catalogue {
 
-void ProgressBar::show(double done) {
-  const int percent = std::clamp(static_cast<int>(std::lround(done * 100.0)), 0, 100);
-  if (percent == percent_) return;
-  percent_ = percent;
-  draw();
+using Seconds = std::chrono::duration<double>;
+using Tarn::PrintF;
+
+Console::Console(std::ostream& out, bool withBar) : out_(out), withBar_(withBar) {
+  whole_->addObserver([this](double done) { done_ = std::clamp(done, 0.0, 1.0); });
+  whole_->addObserver([this](const std::string& step) { step_ = step; });
 }
 
-void ProgressBar::show(const std::string& step) {
-  step_ = step;
-  draw();
+void Console::begin(const std::string& step, double share) {
+  if (part_) part_->setProgress(1.0);
+  part_.emplace(whole_, share);
+  part_->setStep(step);
+  scans_ = 0;
+  partStart_ = Clock::now();
 }
 
-void ProgressBar::clear() {
-  if (drawn_ == 0) return;
-  out_ << '\r' << std::string(drawn_, ' ') << '\r' << std::flush;
-  drawn_ = 0;
+void Console::advance(double done) {
+  if (!withBar_) return;
+  ++scans_;
+  part_->setProgress(done);
+  const Clock::time_point now = Clock::now();
+  if (now - drawn_ >= std::chrono::milliseconds(100)) draw(now);
 }
 
-void ProgressBar::draw() {
-  constexpr int kPercentPerMark = 4;
+void Console::say(const std::string& message) {
+  clear();
+  out_ << message + '\n' << std::flush;
+}
+
+void Console::clear() {
+  if (columns_ == 0) return;
+  out_ << '\r' << std::string(columns_, ' ') << '\r' << std::flush;
+  columns_ = 0;
+}
+
+void Console::draw(Clock::time_point now) {
   constexpr std::size_t kMarks = 25;
-  std::string line(static_cast<std::size_t>(percent_ / kPercentPerMark), '#');
+  std::string line(static_cast<std::size_t>(done_ * kMarks), '#');
   line.resize(kMarks, ' ');
-  const std::string number = std::to_string(percent_);
-  line = '[' + line + "] " + std::string(3 - number.size(), ' ') + number + " %  " + step_;
+  line = PrintF("[%s] %3d %%  %.0f scans/s", line, static_cast<int>(done_ * 100.0),
+                static_cast<double>(scans_) / Seconds(now - partStart_).count());
+  if (done_ > 0.0) {
+    const int left = static_cast<int>(Seconds(now - start_).count() * (1.0 - done_) / done_ + 0.5);
+    line += PrintF("  %d:%02d left", left / 60, left % 60);
+  }
+  line += "  " + step_;
   const std::size_t columns = line.size();  // The steps are ASCII.
-  line.resize(std::max(columns, drawn_), ' ');
+  line.resize(std::max(columns, columns_), ' ');
   out_ << '\r' << line << std::flush;
-  drawn_ = columns;
+  columns_ = columns;
+  drawn_ = now;
 }
 
 }  // namespace catalogue

@@ -1,5 +1,7 @@
 #include "catalogue/Text.h"
 
+#include <Tarn/Tarn.h>
+
 #include <algorithm>
 #include <bit>
 
@@ -23,6 +25,19 @@ bool isIn(const Range (&ranges)[Size], char32_t character) {
                      [character](const Range& range) { return range.first <= character && character <= range.last; });
 }
 
+// The character at the front, or none in a byte that begins none. It is taken.
+struct Taken {
+  std::optional<char32_t> character;
+  std::string_view bytes;
+};
+
+Taken take(std::string_view& text) {
+  const std::string_view before = text;
+  const std::optional<char32_t> character = takeCharacter(text);
+  if (!character) text.remove_prefix(1);
+  return {character, before.substr(0, before.size() - text.size())};
+}
+
 // What is shown for the character at the front, which is taken.
 struct Shown {
   std::string_view text;
@@ -30,11 +45,9 @@ struct Shown {
 };
 
 Shown takeShown(std::string_view& text) {
-  const std::string_view before = text;
-  const std::optional<char32_t> character = takeCharacter(text);
-  if (!character) text.remove_prefix(1);
+  const auto [character, bytes] = take(text);
+  if (character >= U' ' && character <= U'~') return {bytes, 1};  // Most are.
   if (!character || isIn(kDisturbing, *character)) return {"?", 1};
-  const std::string_view bytes = before.substr(0, before.size() - text.size());
   return {bytes, isIn(kWide, *character) ? 2U : isIn(kInvisible, *character) ? 0U : 1U};
 }
 
@@ -86,5 +99,19 @@ std::string fitted(std::string_view text, std::size_t columns) {
 }
 
 std::string inQuotes(std::string_view text) { return '"' + shortened(text, 60) + '"'; }
+
+std::string jsonText(std::string_view text) {
+  std::string result = "\"";
+  while (!text.empty()) {
+    const auto [character, bytes] = take(text);
+    if (!character || isIn(kDisturbing, *character)) {
+      result += Tarn::PrintF("\\u%04X", static_cast<unsigned>(character.value_or(0xFFFD)));
+    } else {
+      if (*character == '"' || *character == '\\') result += '\\';
+      result += bytes;
+    }
+  }
+  return result + '"';
+}
 
 }  // namespace catalogue

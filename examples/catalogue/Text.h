@@ -25,6 +25,10 @@ std::string fitted(std::string_view text, std::size_t columns);
 // A text to be named in a message.
 std::string inQuotes(std::string_view text);
 
+// The text as a JSON string, of valid UTF-8 whatever the text holds: U+FFFD stands for each byte that begins no
+// character. What would disturb a terminal is escaped.
+std::string jsonText(std::string_view text);
+
 }  // namespace catalogue
 
 #endif  // CATALOGUE_TEXT_H_

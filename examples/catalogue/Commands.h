@@ -1,0 +1,40 @@
+// What the catalogue does to the model in a folder.
+#ifndef CATALOGUE_COMMANDS_H_
+#define CATALOGUE_COMMANDS_H_
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "catalogue/Terminal.h"
+
+namespace catalogue {
+
+enum ExitStatus { kAllWell = 0, kNotAll = 1, kFailed = 2, kDamaged = 3 };
+
+struct Options {
+  std::filesystem::path folder;
+  std::optional<std::string> argument;  // The list to write, or the scan to show.
+  std::optional<std::size_t> rows;
+  bool json = false;
+};
+
+// Adds the scans of a list to the stream, and compares what the file then holds with what was written.
+ExitStatus writeScans(const Options& options, Console& console);
+
+// Prints all scans, or all that is known of one.
+ExitStatus showScans(const Options& options, Console& console);
+
+// Looks for everything that is wrong with the stream.
+ExitStatus verifyScans(const Options& options, Console& console);
+
+// Whoever read the output has read enough.
+struct ReaderGone {};
+
+// Throws `ReaderGone`, or the system's reason, unless all that was printed went out.
+void checkOutput();
+
+}  // namespace catalogue
+
+#endif  // CATALOGUE_COMMANDS_H_

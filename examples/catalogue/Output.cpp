@@ -1,0 +1,115 @@
+#include "catalogue/Output.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include "catalogue/Text.h"
+
+namespace catalogue {
+
+using Tarn::PrintF;
+
+namespace {
+
+constexpr std::size_t kFirst = 1000;
+constexpr std::size_t kMostKeys = 3;
+constexpr std::size_t kWidest = 28;
+
+// The keys that most of the scans have, besides the name.
+std::vector<std::string> commonKeys(const std::vector<NumberedRecord>& scans) {
+  std::map<std::string, std::size_t> counts;
+  for (const NumberedRecord& scan : scans) {
+    for (const auto& property : scan.record.scan.properties) ++counts[property.first];
+  }
+  counts.erase(kName);
+  std::vector<std::string> keys;
+  keys.reserve(counts.size());
+  for (const auto& count : counts) keys.push_back(count.first);
+  std::ranges::stable_sort(keys, [&](const auto& a, const auto& b) { return counts[a] > counts[b]; });
+  keys.resize(std::min(keys.size(), kMostKeys));
+  return keys;
+}
+
+// Local time to the millisecond: 2024-03-05T14:07:09.042
+std::string exactTime(const Tarn::Time& time) {
+  std::string text = time.getTimeStr8() + std::string(PrintF(".%03d", time.getMSec()));
+  text[10] = 'T';
+  return text;
+}
+
+}  // namespace
+
+void Table::add(NumberedRecord scan) {
+  if (first_.size() == kFirst) finish();
+  if (!widths_.empty()) return print(cells(scan));
+  first_.push_back(std::move(scan));
+}
+
+void Table::finish() {
+  if (first_.empty()) return;
+  keys_ = commonKeys(first_);
+  std::vector<Row> rows = {{"token", "name", "time"}};
+  rows[0].insert(rows[0].end(), keys_.begin(), keys_.end());
+  rows[0].emplace_back("uuid");
+  for (const NumberedRecord& scan : first_) rows.push_back(cells(scan));
+  first_.clear();
+  widths_.resize(rows[0].size());
+  for (const Row& row : rows) {
+    for (std::size_t column = 0; column < row.size(); ++column) {
+      widths_[column] = std::max(widths_[column], std::min(displayWidth(row[column]), kWidest));
+    }
+  }
+  for (const Row& row : rows) print(row);
+}
+
+Row Table::cells(const NumberedRecord& scan) const {
+  const auto& [id, content] = scan.record;
+  Row row = {std::to_string(scan.token), content.name(), content.time.getTimeStr8()};
+  for (const std::string& key : keys_) {
+    row.push_back(content.properties.contains(key) ? content.properties.at(key) : "");
+  }
+  row.push_back(id.toShortString());
+  return row;
+}
+
+void Table::print(const Row& row) {
+  std::string line;
+  for (std::size_t column = 0; column < row.size(); ++column) {
+    line += fitted(row[column], std::max(widths_[column], std::min(displayWidth(row[column]), kWidest))) + "  ";
+  }
+  Tarn::rtrim(line);
+  out_ << line << '\n';
+}
+
+std::string detailsOf(const NumberedRecord& scan) {
+  const auto& [id, content] = scan.record;
+  std::vector<Row> rows = {{"token", std::to_string(scan.token)},
+                           {"uuid", id.string() + " or " + id.toShortString()},
+                           {"time", exactTime(content.time)}};
+  const std::size_t own = rows.size();
+  for (const auto& [key, value] : content.properties) rows.push_back({key, value});
+  std::size_t width = 0;
+  for (const Row& row : rows) width = std::max(width, displayWidth(row[0]));
+  std::string text;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (i == own) text += '\n';
+    text += fitted(rows[i][0], width) + "  " + shortened(rows[i][1], std::string::npos) + '\n';
+  }
+  return text;
+}
+
+std::string jsonOf(const NumberedRecord& scan) {
+  const auto& [id, content] = scan.record;
+  std::string properties;
+  for (const auto& [key, value] : content.properties) {
+    if (key == kName) continue;
+    if (!properties.empty()) properties += ',';
+    properties += jsonText(key) + ':' + jsonText(value);
+  }
+  return "{\"token\":" + std::to_string(scan.token) + ",\"uuid\":" + jsonText(id.string()) +
+         ",\"name\":" + jsonText(content.name()) + ",\"time\":" + jsonText(exactTime(content.time)) +
+         ",\"properties\":{" + properties + "}}";
+}
+
+}  // namespace catalogue

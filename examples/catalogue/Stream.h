@@ -1,0 +1,124 @@
+// Files, read and written in pieces: lists line by line, the stream of a model record by record.
+#ifndef CATALOGUE_STREAM_H_
+#define CATALOGUE_STREAM_H_
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <istream>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "catalogue/Scan.h"
+
+namespace catalogue {
+
+// Paths and texts are UTF-8 on every system.
+std::filesystem::path pathOf(const std::string& text);
+std::string textOf(const std::filesystem::path& path);
+
+// Throws the system's reason, which is in `errno`.
+[[noreturn]] void throwIoError(const std::string& what);
+
+// The lines of a file, one after the other, without their ends.
+class LineReader {
+ public:
+  // Reads a file, or standard input without one.
+  explicit LineReader(const std::optional<std::filesystem::path>& path);
+
+  bool next();
+
+  std::string line;
+  std::size_t number = 0;
+  std::uint64_t position = 0;  // The byte at which the line begins, from 0.
+  bool hasEnd = false;         // Only the last line may have none.
+
+  // How much of the file has been read, 0 to 1; always 0 for what has no size.
+  [[nodiscard]] double done() const;
+
+  [[nodiscard]] std::uint64_t size() const { return size_; }
+
+  [[nodiscard]] const std::string& name() const { return name_; }
+
+ private:
+  std::string name_;
+  std::ifstream file_;
+  std::istream& in_;
+  std::uint64_t size_ = 0;
+  std::uint64_t end_ = 0;  // Of the line.
+};
+
+// What is wrong with a stream, and where.
+struct Problem {
+  std::size_t line;
+  std::uint64_t byte;
+  std::string reason;
+};
+
+// The records of a stream, one after the other. Where one cannot be read, a problem is reported and reading goes on at
+// the next line that is a uuid.
+class RecordReader {
+ public:
+  using Report = std::function<void(const Problem&)>;
+
+  RecordReader(const std::filesystem::path& path, Report report);
+
+  std::optional<Record> next();
+
+  // Of the record that was taken last: its place among those that can be read, from 0; its two lines.
+  [[nodiscard]] std::uint64_t token() const { return records_ - 1; }
+  [[nodiscard]] const std::string& text() const { return text_; }
+  // Reports a problem there.
+  void report(const std::string& reason) const { report_({line_, byte_, reason}); }
+
+  [[nodiscard]] double done() const { return lines_.done(); }
+
+ private:
+  LineReader lines_;
+  Report report_;
+  std::uint64_t records_ = 0;
+  std::size_t line_ = 1;
+  std::uint64_t byte_ = 0;
+  std::string text_;
+  bool isLost_ = false;
+};
+
+// Appends to a file in large pieces. Unless it is finished, the file ends up as it was.
+class Appender {
+ public:
+  explicit Appender(std::filesystem::path path);
+  Appender(const Appender&) = delete;
+  Appender& operator=(const Appender&) = delete;
+  ~Appender();
+
+  [[nodiscard]] bool isNew() const { return isNew_; }
+
+  void append(std::string_view text);
+  void finish();
+
+  // Whether the finished file holds, from its old end on, what was appended and nothing else.
+  [[nodiscard]] bool readBack() const;
+
+ private:
+  struct Piece {
+    std::size_t size;
+    std::size_t hash;
+  };
+
+  void flush();
+
+  std::filesystem::path path_;
+  bool isNew_;
+  std::uintmax_t oldSize_;
+  std::ofstream out_;
+  std::string pending_;
+  std::vector<Piece> pieces_;
+  bool isFinished_ = false;
+};
+
+}  // namespace catalogue
+
+#endif  // CATALOGUE_STREAM_H_
