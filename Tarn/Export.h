@@ -3,10 +3,15 @@
 #ifndef TARN_EXPORT_H_
 #define TARN_EXPORT_H_
 
+/// The version that a program is compiled with, in three numbers.
+/// @{
 #define TARN_VERSION_MAJOR 2
 #define TARN_VERSION_MINOR 0
 #define TARN_VERSION_PATCH 0
+/// @}
 
+/// @def TARN_API
+/// Marks a name as exported from the shared library, or imported from it.
 // The build of the library defines TARN_BUILDING; whoever uses a static build is given TARN_STATIC by the target.
 #if defined(TARN_STATIC)
 #define TARN_API

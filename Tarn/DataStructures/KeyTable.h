@@ -16,8 +16,8 @@ namespace Tarn::DataStructures {
 
 /// One (token, key) pair, for filling a `KeyTable` in one call.
 struct KeyTableEntry {
-  std::uint64_t token;
-  std::string key;
+  std::uint64_t token;  ///< The caller's number for the key.
+  std::string key;      ///< Any text.
 };
 
 /// Translates between tokens, numbers that the caller chooses, and string keys, in both directions.

@@ -26,14 +26,14 @@ struct SampleSums {
 
 /// The range that a quantity can take on a device, and its unit. Settings, not results: `reset` leaves them alone.
 struct ValueRange {
-  double lowest = 0.0;
-  double highest = 0.0;
+  double lowest = 0.0;   ///< In the quantity's unit.
+  double highest = 0.0;  ///< In the quantity's unit.
 };
 
 /// Statistics of a quantity with a histogram.
 struct HistogramStatistics {
-  double unit = 1.0;  ///< One raw step in the quantity's unit; `reset` leaves it alone.
-  SampleSums sums;
+  double unit = 1.0;                               ///< One raw step in the quantity's unit; `reset` leaves it alone.
+  SampleSums sums;                                 ///< Over all samples.
   ValueRange range;                                ///< What the histogram's bins span.
   std::uint32_t outliers = 0;                      ///< Samples outside `range`.
   std::map<double, std::uint64_t> frequentValues;  ///< Value to number of samples.
@@ -42,9 +42,9 @@ struct HistogramStatistics {
 
 /// Statistics of a quantity that takes few values, counted one by one.
 struct CountStatistics {
-  double unit = 1.0;  ///< One raw step in the quantity's unit; `reset` leaves it alone.
-  SampleSums sums;
-  ValueRange range;
+  double unit = 1.0;                             ///< One raw step in the quantity's unit; `reset` leaves it alone.
+  SampleSums sums;                               ///< Over all samples.
+  ValueRange range;                              ///< What the quantity can take.
   double expected = 0.0;                         ///< The value that the device was set to; `reset` leaves it alone.
   std::uint32_t outliers = 0;                    ///< Samples outside `range`.
   std::map<std::int32_t, std::uint32_t> counts;  ///< Raw value to number of samples.

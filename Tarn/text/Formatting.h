@@ -31,6 +31,7 @@ concept PrintFArgument = std::is_arithmetic_v<T> || internal::kIsUnscopedEnum<T>
 /// the format must fit the arguments. A plain value: threads may each use their own.
 class PrintF {
  public:
+  /// The text of the format and its arguments.
   template <PrintFArgument... Arguments>
   explicit PrintF(const char* format, const Arguments&... arguments) {
     printf_apply(format, pass(arguments)...);

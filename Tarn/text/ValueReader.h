@@ -28,7 +28,7 @@ namespace Tarn {
 
 /// A text that is JSON. It is read and written exactly as a `std::string` is.
 struct JsonValue {
-  std::string text;
+  std::string text;  ///< Not checked to be JSON.
 };
 
 /// Takes one token from a stream: `stream >> word`.
@@ -87,8 +87,10 @@ concept StreamExtractable = requires(std::istream& stream, T& value) {
 /// for types with a stream operator of their own. The text must outlive the reader. Threads: as for any plain value.
 class ValueReader {
  public:
+  /// A reader at the front of the text.
   explicit ValueReader(std::string_view text) noexcept : rest_(text) {}
 
+  /// The same for the characters before the first NUL. The pointer must be valid.
   explicit ValueReader(const char* text) noexcept : rest_(text) {}
 
   /// A reader does not keep the text alive, so it cannot be made from a temporary string.
@@ -122,6 +124,8 @@ class ValueReader {
 /// @name Readers
 /// See `ValueReader`.
 /// @{
+
+/// Takes a value by the rules of `ValueReader`.
 TARN_API ValueReader& operator>>(ValueReader& reader, char& value);
 TARN_API ValueReader& operator>>(ValueReader& reader, signed char& value);
 TARN_API ValueReader& operator>>(ValueReader& reader, unsigned char& value);

@@ -71,6 +71,8 @@ std::string& operator>>(std::string& buffer, T& value);
 
 /// @name Writers and readers in the library
 /// @{
+
+/// Appends or takes a value as described above.
 template <>
 TARN_API std::string& operator<<(std::string& buffer, const char& value);
 template <>

@@ -51,9 +51,9 @@ namespace Tarn {
 template <class Character>
 [[nodiscard]] Character getStringEnd();
 template <>
-[[nodiscard]] TARN_API char getStringEnd<char>();
+[[nodiscard]] TARN_API char getStringEnd<char>();  ///< NUL.
 template <>
-[[nodiscard]] TARN_API wchar_t getStringEnd<wchar_t>();
+[[nodiscard]] TARN_API wchar_t getStringEnd<wchar_t>();  ///< U+0000.
 
 /// Inserts wide text as UTF-8, each unit encoded by its own value, the way a `std::string` of those bytes is inserted:
 /// width, which counts bytes, fill and adjustment apply.

@@ -138,6 +138,8 @@ class Time {
 /// On a buffer, something that is no number where one belongs throws `std::out_of_range` with "invalid string
 /// position": the time is unchanged then, and the buffer has lost what was read before. A stream is left failed.
 /// @{
+
+/// Writes or reads a time in the form above.
 TARN_API std::ostream& operator<<(std::ostream& stream, const Time& time);
 TARN_API std::istream& operator>>(std::istream& stream, Time& time);
 TARN_API std::string& operator<<(std::string& buffer, const Time& time);

@@ -54,11 +54,14 @@ class uuid {
  public:
   /// The nil uuid.
   constexpr uuid() noexcept = default;
+  /// A uuid of these bytes.
+  /// @{
   constexpr explicit uuid(const unsigned char (&bytes)[16]) noexcept : data(std::to_array(bytes)) {}
   constexpr explicit uuid(const std::array<unsigned char, 16>& bytes) noexcept : data(bytes) {}
   constexpr explicit uuid(std::span<unsigned char, 16> bytes) noexcept {
     for (std::size_t i = 0; i < data.size(); ++i) data[i] = bytes[i];
   }
+  /// @}
 
   /// A new uuid from the operating system: the platform's own generator where there is one, otherwise random bytes
   /// (version 4, RFC variant). Keeps no state; any number of threads may call it at once.
@@ -83,8 +86,10 @@ class uuid {
   /// The bytes in base64 (RFC 4648, section 4, with padding): 24 characters, the last two of them "==".
   [[nodiscard]] TARN_API std::string toShortString() const;
 
+  /// Exchanges the bytes.
   constexpr void swap(uuid& other) noexcept { std::swap(data, other.data); }
 
+  /// Decoded from byte 8.
   [[nodiscard]] constexpr uuid_variant variant() const noexcept {
     return static_cast<uuid_variant>(std::min(std::countl_one(data[8]), 3));
   }
@@ -95,6 +100,8 @@ class uuid {
     return number <= 5 ? static_cast<uuid_version>(number) : uuid_version::none;
   }
 
+  /// Compare byte by byte.
+  /// @{
   friend constexpr bool operator==(const uuid& a, const uuid& b) noexcept = default;
 
   friend constexpr std::strong_ordering operator<=>(const uuid& a, const uuid& b) noexcept {
@@ -102,6 +109,7 @@ class uuid {
     const std::uint64_t highB = b.bigEndianHalf(0);
     return highA != highB ? highA <=> highB : a.bigEndianHalf(8) <=> b.bigEndianHalf(8);
   }
+  /// @}
 
   // `(a <=> b) < 0`, which sorted containers ask for all the time, without the detour over three outcomes.
   friend constexpr bool operator<(const uuid& a, const uuid& b) noexcept {

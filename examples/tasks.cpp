@@ -1,0 +1,118 @@
+// What people come to the library for, a function each. The reference shows them; `//>` is what they print.
+#include <Tarn/Tarn.h>
+
+#include <iostream>
+#include <memory>
+
+using namespace Tarn;
+using namespace Tarn::DataStructures;
+
+namespace {
+
+// [translate]
+void translateTokens() {
+  KeyTable names({{1, "Tower"}, {2, "Cellar"}});
+  names.addEntry(3, "Cellar");                                 // A second token for the same key.
+  std::cout << names.keyToToken("Cellar") << '\n';             //> 2
+  std::cout << names.tokenToKey(3).value_or("none") << '\n';   //> Cellar
+  std::cout << names.tokenToKey(99).value_or("none") << '\n';  //> none
+  std::cout << (names.keyToToken("Attic") == ~0ULL) << '\n';   //> 1
+
+  UuidKeyTable ids;  // The same for uuids, with access by position.
+  ids.addEntry(20, *parseUuid("00112233-4455-6677-8899-aabbccddeeff"));
+  ids.addEntry(10, uuids::uuid::generate());
+  std::cout << ids.getToken(0) << ' ' << *ids.getKey(1) << '\n';  //> 10 00112233-4455-6677-8899-aabbccddeeff
+}
+// [translate]
+
+// [values]
+void writeAndReadValues() {
+  std::string buffer;
+  buffer << 42 << ' ' << true << ' ' << 2.5 << '\n';
+  buffer << "T\u00fcrmchen" << '\n' << StringMap{{"note", "12\" steel"}};
+  std::cout << buffer << "(end)\n";
+  //> 42 true 2.5
+  //> Türmchen
+  //> { "note"=>"12\" steel" } (end)
+
+  ValueReader reader(buffer);  // Reads from front to end without changing the buffer.
+  int count = 0;
+  bool flag = false;
+  double ratio = 0.0;
+  std::string name;
+  StringMap notes;
+  reader >> count >> flag >> ratio;
+  reader.skip(1);  // The line feed: a string is all up to the next one.
+  reader >> name >> notes;
+  std::cout << count << ' ' << flag << ' ' << ratio << '\n';  //> 42 1 2.5
+  std::cout << name << " of " << notes.at("note") << '\n';    //> Türmchen of 12" steel
+
+  buffer = "7 eleven";
+  buffer >> count;                              // For a single value: takes it out of the buffer.
+  std::cout << count << '|' << buffer << '\n';  //> 7| eleven
+}
+// [values]
+
+// [progress]
+void showProgress() {
+  auto whole = std::make_shared<Progress>([](double value) { std::cout << value * 100 << " %\n"; },
+                                          [](const std::string& step) { std::cout << step << '\n'; });
+  PartialProgress reading(whole, 0.75);  // Counts as three quarters.
+  PartialProgress writing(whole, 0.25);
+
+  reading.setStep("reading");  //> reading
+  reading.setProgress(0.5);    //> 37.5 %
+  reading.setProgress(1.0);    //> 75 %
+  writing.setStep("writing");  //> writing
+  writing.addProgress(0.5);    //> 87.5 %
+  writing.addProgress(0.5);    //> 100 %
+}
+// [progress]
+
+// [times]
+void printAndReadTimes() {
+  Time taken;
+  taken.setTime(2024, 3, 5, 14, 7, 9, 42);   // Local time.
+  std::cout << taken.getTimeStr8() << '\n';  //> 2024-03-05 14:07:09
+  std::cout << taken.getTimeStr2() << '\n';  //> 05.03.2024 at 14:07:09
+  std::cout << taken.getTimeStr4() << '\n';  //> 14:07:09:042
+  std::cout << taken.getMonth() << '\n';     //> 3
+
+  std::string line;
+  line << taken;              // A form to be read back.
+  std::cout << line << '\n';  //> 5.3.2024 14:7:9:42
+  Time read;
+  line >> read;
+  std::cout << Time::compare(read, taken) << '\n';  //> 0
+
+  const Time other = Time::fromIsoTimeStrIgnoringTimeZone("2024-03-05T14:07:10Z");
+  std::cout << Time::compare(taken, other) << '\n';  //> -1
+
+  const Time start = Time::now();
+  std::cout << start.isTimeOut(3600.0) << '\n';  //> 0
+}
+// [times]
+
+// [identify]
+void identifyThings() {
+  constexpr uuids::uuid tower = *parseUuid("00112233-4455-6677-8899-aabbccddeeff");  // Checked by the compiler.
+  std::cout << tower << '\n';                  //> 00112233-4455-6677-8899-aabbccddeeff
+  std::cout << tower.toShortString() << '\n';  //> ABEiM0RVZneImaq7zN3u/w==
+
+  const uuids::uuid cellar = uuids::uuid::generate();
+  std::cout << (cellar != tower) << cellar.is_nil() << '\n';  //> 10
+
+  const std::optional<uuids::uuid> typed = parseUuid("{00112233445566778899AABBCCDDEEFF}");
+  std::cout << (typed == tower) << parseUuid("tower").has_value() << '\n';  //> 10
+}
+// [identify]
+
+}  // namespace
+
+int main() {
+  translateTokens();
+  writeAndReadValues();
+  showProgress();
+  printAndReadTimes();
+  identifyThings();
+}
