@@ -140,7 +140,7 @@ class uuid {
     return hash & 0x7fffffffffffffff;
   }
 
-  friend std::hash<uuid>;
+  friend struct std::hash<uuid>;
 
   std::array<unsigned char, 16> data{};
 };
