@@ -21,20 +21,25 @@ TEST(StringUtilities, ClassesOfEveryByte) {
     testing::ScopedTrace at(__FILE__, __LINE__, std::to_string(byte));
     const char character = static_cast<char>(byte);
     const bool number = isIn("0123456789+-.", character);
-    const std::string text(1, character);
+    for (const std::size_t size : {1U, 40U}) {  // Byte by byte, and in blocks.
+      const std::string text(size, character);
+      EXPECT_EQ(findAlphaNum(text, 0), isAlphaNum(character) ? 0 : -1);
+      EXPECT_EQ(findValidNumberChar(text, 0), isValidNumberChar(character) ? 0 : -1);
+      EXPECT_EQ(findNonWS(text, 0), (byte > 0x20 && byte < 0x7F) || byte >= 0x80 ? 0 : -1);
+      EXPECT_EQ(isAscii(text), byte < 0x80);
+      EXPECT_EQ(trim_copy(text).empty(), byte == ' ' || (byte >= 9 && byte <= 13));
+    }
     EXPECT_EQ(isAlphaNum(character), number || isIn(kLetters, character));
-    EXPECT_EQ(findAlphaNum(text, 0), isAlphaNum(character) ? 0 : -1);
     EXPECT_EQ(isValidNumberChar(character), number || isIn("eE", character));
-    EXPECT_EQ(findValidNumberChar(text, 0), isValidNumberChar(character) ? 0 : -1);
-    EXPECT_EQ(findNonWS(text, 0), (byte > 0x20 && byte < 0x7F) || byte >= 0x80 ? 0 : -1);
-    EXPECT_EQ(isAscii(text), byte < 0x80);
-    EXPECT_EQ(trim_copy(text).empty(), byte == ' ' || (byte >= 9 && byte <= 13));
     for (int other = 0; other < 256; ++other) {
-      const std::string second(1, static_cast<char>(other));
       const auto fold = [](int code) { return code >= 'A' && code <= 'Z' ? code + 32 : code; };
       const int order = fold(byte) - fold(other);
-      const int result = compareIgnoreCase(text, second);
-      EXPECT_TRUE(order < 0 ? result < 0 : order > 0 ? result > 0 : result == 0) << other;
+      for (const std::size_t before : {0U, 15U, 16U, 38U}) {
+        const std::string same(before, 'x');
+        const std::string text = same + character + 'y';
+        const int result = compareIgnoreCase(text, same + static_cast<char>(other) + (byte == 0 ? 'z' : 'Y'));
+        EXPECT_TRUE(order < 0 ? result < 0 : order > 0 ? result > 0 : result == 0) << other << ' ' << before;
+      }
     }
   }
 }

@@ -26,9 +26,10 @@ bool isInside(const std::string& text, int start) {
   return start >= 0 && static_cast<std::size_t>(start) < text.size();
 }
 
-int findClass(const std::string& text, unsigned classes, int start) {
+template <class Class>
+int findClass(const std::string& text, Class sought, int start) {
   if (!isInside(text, start)) return -1;
-  return toPosition(internal::findFirstOf(text, classes, static_cast<std::size_t>(start)));
+  return toPosition(internal::findFirstOf(text, sought, static_cast<std::size_t>(start)));
 }
 
 // The text before its first NUL.
@@ -79,28 +80,52 @@ void replaceAllIn(Text& text, const Text& from, const Text& to) {
   }
 }
 
-// Characters compare by their unsigned codes.
+// Where two texts differ but for letter case, or else end. Both end with a NUL.
 template <class Character>
-int compareFolded(std::basic_string_view<Character> a, std::basic_string_view<Character> b) {
-  const auto [inA, inB] = std::mismatch(a.begin(), a.end(), b.begin(), b.end(), [](Character x, Character y) {
-    return internal::toLower(x) == internal::toLower(y);
-  });
-  if (inA == a.end() || inB == b.end()) return (inA != a.end() ? 1 : 0) - (inB != b.end() ? 1 : 0);
-  using Unsigned = std::make_unsigned_t<Character>;
-  return static_cast<Unsigned>(internal::toLower(*inA)) < static_cast<Unsigned>(internal::toLower(*inB)) ? -1 : 1;
+std::size_t findStop(const Character* a, const Character* b, std::size_t at = 0) {
+  while (a[at] != 0 && internal::toLower(a[at]) == internal::toLower(b[at])) ++at;
+  return at;
+}
+
+// The same for texts of at least this size.
+std::size_t findStopInBlocks(const char* a, const char* b, std::size_t size) {
+  std::size_t at = 0;
+  for (; size - at >= internal::kBlockSize; at += internal::kBlockSize) {
+    const auto block = internal::Block::load(a + at);
+    const auto stop = (block & sameLetters(block, internal::Block::load(b + at))).in<internal::ByteRange{0, 0}>();
+    if (stop.any()) return at + stop.first();
+  }
+  return findStop(a, b, at);
+}
+
+std::size_t findStop(const std::string& a, const std::string& b) {
+  return findStopInBlocks(a.c_str(), b.c_str(), std::min(a.size(), b.size()));
+}
+
+std::size_t findStop(const std::wstring& a, const std::wstring& b) { return findStop(a.c_str(), b.c_str()); }
+
+// Characters compare by their unsigned codes, and the NUL behind a text comes before all.
+template <class Text>
+int compareFolded(const Text& a, const Text& b) {
+  using Unsigned = std::make_unsigned_t<typename Text::value_type>;
+  const std::size_t stop = findStop(a, b);
+  const auto inA = static_cast<Unsigned>(internal::toLower(a.c_str()[stop]));
+  const auto inB = static_cast<Unsigned>(internal::toLower(b.c_str()[stop]));
+  return (inA > inB ? 1 : 0) - (inA < inB ? 1 : 0);
 }
 
 }  // namespace
 
 void ltrim(std::string& text) {
-  const auto isSpace = [](char character) { return isOf(character, internal::kSpace); };
-  text.erase(text.begin(), std::find_if_not(text.begin(), text.end(), isSpace));
+  const char* const begin = text.data();
+  const char* const first = internal::findFirst(begin, begin + text.size(), internal::kNoSpace);
+  if (first != begin) text.erase(0, static_cast<std::size_t>(first - begin));
 }
 
 void rtrim(std::string& text) {
-  std::size_t size = text.size();
-  while (size > 0 && isOf(text[size - 1], internal::kSpace)) --size;
-  text.resize(size);
+  const char* const begin = text.data();
+  const char* const end = internal::findBehindLast(begin, begin + text.size(), internal::kNoSpace);
+  text.erase(static_cast<std::size_t>(end - begin));
 }
 
 void trim(std::string& text) {
@@ -127,10 +152,7 @@ bool isAlphaNum(const char& character) { return isOf(character, internal::kAlpha
 
 bool isValidNumberChar(const char& character) { return isOf(character, internal::kNumberChar); }
 
-bool isAscii(const std::string& text) {
-  const char* const end = text.data() + text.size();
-  return internal::findNonAscii(text.data(), end) == end;
-}
+bool isAscii(const std::string& text) { return internal::findFirstOf(text, internal::kNonAscii) == kNone; }
 
 int findAlphaNum(const std::string& text, int start) { return findClass(text, internal::kAlphaNum, start); }
 
@@ -170,11 +192,11 @@ void replaceAll(std::string& text, const std::string& from, const std::string& t
 
 void replaceAll(std::wstring& text, const std::wstring& from, const std::wstring& to) { replaceAllIn(text, from, to); }
 
-int compareIgnoreCase(const std::string& a, const std::string& b) { return compareFolded(untilNul(a), untilNul(b)); }
+int compareIgnoreCase(const std::string& a, const std::string& b) { return compareFolded(a, b); }
 
 int compareIgnoreCase(const std::string& a, const std::wstring& b) { return compareIgnoreCase(wide(a), b); }
 
-int compareIgnoreCase(const std::wstring& a, const std::wstring& b) { return compareFolded(untilNul(a), untilNul(b)); }
+int compareIgnoreCase(const std::wstring& a, const std::wstring& b) { return compareFolded(a, b); }
 
 int compareIgnoreCase(const std::wstring& a, const std::string& b) { return compareIgnoreCase(a, wide(b)); }
 

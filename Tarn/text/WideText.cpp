@@ -1,11 +1,13 @@
 #include "Tarn/text/WideText.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstring>
 #include <locale>
 #include <type_traits>
 
-#include "Tarn/text/internal/Blocks.h"
+#include "Tarn/text/internal/Characters.h"
 #include "Tarn/text/internal/Utf8.h"
 
 namespace Tarn {
@@ -15,6 +17,37 @@ namespace {
 char32_t codePoint(wchar_t unit) {
   const char32_t value = static_cast<std::make_unsigned_t<wchar_t>>(unit);
   return value <= 0x10FFFF ? value : 0xFFFD;
+}
+
+// Widens sixteen bytes. By way of a copy, so that the compiler sees that `out` is elsewhere and takes many at once.
+void widenBlock(const char* from, wchar_t* out) {
+  std::array<unsigned char, internal::kBlockSize> bytes;
+  std::memcpy(bytes.data(), from, bytes.size());
+  std::copy(bytes.begin(), bytes.end(), out);
+}
+
+// Decodes the sequences that begin before `stop`, one unit for each and so never more than bytes, to `out`. Moves `at`
+// behind the last and gives the end of what was written.
+wchar_t* decode(const char*& at, const char* stop, const char* end, wchar_t* out) {
+  const char* const lastFour = at + std::max<std::ptrdiff_t>(std::min(stop - at, end - at - 3), 0);
+  while (at < lastFour) {
+    if (lastFour - at >= internal::kBlockSize) {
+      const auto nonAscii = internal::kNonAscii.in(internal::Block::load(at));
+      widenBlock(at, out);
+      // Not `first()` for both: the next block would wait for it.
+      const std::size_t ascii = nonAscii.any() ? nonAscii.first() : internal::kBlockSize;
+      at += ascii;
+      out += ascii;
+      if (ascii == internal::kBlockSize) continue;
+    }
+    do {
+      const internal::WideCharacter character = internal::decodeUtf8(at);
+      *out++ = character.value;
+      at += character.size;
+    } while (at < lastFour && internal::isOf(*at, internal::kNonAscii));
+  }
+  while (at < stop) *out++ = internal::takeWideCharacter(at, end);
+  return out;
 }
 
 std::string toUtf8(const std::wstring& text) {
@@ -28,21 +61,15 @@ std::string toUtf8(const std::wstring& text) {
 }  // namespace
 
 std::wstring wide(const std::string& text) {
-  std::wstring result(text.size(), L'\0');  // One unit for each sequence: never more than bytes.
-  wchar_t* out = result.data();
+  std::wstring result;
+  result.reserve(text.size());
+  std::array<wchar_t, 512> units;  // Spares to fill the result twice, as it cannot grow by units yet to be written.
   const char* at = text.data();
   const char* const end = at + text.size();
-  while (end - at >= 8) {
-    const char* const next = at + 8;
-    if (internal::findNonAscii(at, next) == next) {
-      out = std::copy(at, next, out);
-      at = next;
-    } else {
-      while (at < next) *out++ = internal::takeWideCharacter(at, end);
-    }
+  while (at != end) {
+    const char* const stop = at + std::min<std::ptrdiff_t>(end - at, units.size());
+    result.append(units.data(), decode(at, stop, end, units.data()));
   }
-  while (at != end) *out++ = internal::takeWideCharacter(at, end);
-  result.resize(static_cast<std::size_t>(out - result.data()));
   return result;
 }
 

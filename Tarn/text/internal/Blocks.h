@@ -1,39 +1,216 @@
-// Searches that look at eight bytes at once: most text is ASCII that stays as it is.
+// Sixteen bytes at once, by SSE2 or NEON, one of which every x86-64 and every 64-bit ARM processor has, or by loops.
+//
+// Comparing gives a block of 0xFF where it holds and of 0 elsewhere. The three classes have the same members, and
+// `PlainBlock` is their definition.
 #ifndef TARN_TEXT_INTERNAL_BLOCKS_H_
 #define TARN_TEXT_INTERNAL_BLOCKS_H_
 
+#include <array>
+#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
+#if defined(__SSE2__) || defined(_M_X64)
+#include <emmintrin.h>
+#elif defined(__aarch64__) || defined(_M_ARM64)
+#include <arm_neon.h>
+#endif
+
 namespace Tarn::internal {
 
-inline constexpr std::uint64_t kEachByte = 0x0101010101010101;
-inline constexpr std::uint64_t kEachHighBit = 0x80 * kEachByte;
+struct ByteRange {
+  unsigned char first;
+  unsigned char last;
+};
 
-// Whether any of the eight bytes is 0x80 or more.
-constexpr bool holdsNonAscii(std::uint64_t block) { return (block & kEachHighBit) != 0; }
+inline constexpr std::ptrdiff_t kBlockSize = 16;
 
-// Whether any of the eight bytes is this one.
-constexpr bool holds(std::uint64_t block, char byte) {
-  const std::uint64_t difference = block ^ (kEachByte * static_cast<unsigned char>(byte));
-  return ((difference - kEachByte) & ~difference & kEachHighBit) != 0;
-}
-
-// The first byte that `isSought`, or the end. `holdsSought` says whether a block holds one.
-template <class IsSought, class HoldsSought>
-const char* findByte(const char* at, const char* end, IsSought isSought, HoldsSought holdsSought) {
-  for (std::uint64_t block = 0; end - at >= 8; at += 8) {
-    std::memcpy(&block, at, 8);
-    if (holdsSought(block)) break;
+class PlainBlock {
+ public:
+  static PlainBlock load(const char* from) {
+    PlainBlock block;
+    std::memcpy(block.bytes_.data(), from, kBlockSize);
+    return block;
   }
-  while (at != end && !isSought(*at)) ++at;
-  return at;
+  void store(char* to) const { std::memcpy(to, bytes_.data(), kBlockSize); }
+
+  // Which bytes are the same in both.
+  friend PlainBlock operator==(const PlainBlock& a, const PlainBlock& b) {
+    return combine(a, b, [](unsigned x, unsigned y) { return x == y ? 0xFFU : 0U; });
+  }
+  friend PlainBlock operator&(const PlainBlock& a, const PlainBlock& b) {
+    return combine(a, b, [](unsigned x, unsigned y) { return x & y; });
+  }
+  friend PlainBlock operator|(const PlainBlock& a, const PlainBlock& b) {
+    return combine(a, b, [](unsigned x, unsigned y) { return x | y; });
+  }
+
+  // Which bytes are in the range.
+  template <ByteRange kRange>
+  [[nodiscard]] PlainBlock in() const {
+    return combine(*this, *this,
+                   [](unsigned x, unsigned) { return kRange.first <= x && x <= kRange.last ? 0xFFU : 0U; });
+  }
+  // Which bytes are the same but for letter case.
+  friend PlainBlock sameLetters(const PlainBlock& a, const PlainBlock& b) {
+    const auto lower = [](unsigned x) { return 'A' <= x && x <= 'Z' ? x + ('a' - 'A') : x; };
+    return combine(a, b, [lower](unsigned x, unsigned y) { return lower(x) == lower(y) ? 0xFFU : 0U; });
+  }
+
+  // Of what a comparison gave: whether it holds anywhere, the first position where it does, and the one behind the
+  // last; 16 and 0 if there is none.
+  [[nodiscard]] bool any() const { return behindLast() != 0; }
+  [[nodiscard]] std::size_t first() const {
+    std::size_t at = 0;
+    while (at < kBlockSize && bytes_[at] == 0) ++at;
+    return at;
+  }
+  [[nodiscard]] std::size_t behindLast() const {
+    std::size_t at = kBlockSize;
+    while (at > 0 && bytes_[at - 1] == 0) --at;
+    return at;
+  }
+
+ private:
+  template <class Operation>
+  static PlainBlock combine(const PlainBlock& a, const PlainBlock& b, Operation operation) {
+    PlainBlock result;
+    for (std::size_t i = 0; i < result.bytes_.size(); ++i) {
+      result.bytes_[i] = static_cast<unsigned char>(operation(a.bytes_[i], b.bytes_[i]));
+    }
+    return result;
+  }
+
+  std::array<unsigned char, kBlockSize> bytes_;
+};
+
+#if defined(__SSE2__) || defined(_M_X64)
+
+class Block {
+ public:
+  static Block load(const char* from) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from)); }
+  void store(char* to) const { _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes_); }
+
+  friend Block operator==(Block a, Block b) { return _mm_cmpeq_epi8(a.bytes_, b.bytes_); }
+  friend Block operator&(Block a, Block b) { return _mm_and_si128(a.bytes_, b.bytes_); }
+  friend Block operator|(Block a, Block b) { return _mm_or_si128(a.bytes_, b.bytes_); }
+
+  template <ByteRange kRange>
+  [[nodiscard]] Block in() const {
+    if constexpr (kRange.first == kRange.last) return *this == all(kRange.first);
+    if constexpr (kRange.first == 0x80 && kRange.last == 0xFF) return _mm_cmplt_epi8(bytes_, _mm_setzero_si128());
+    const Block offsets = _mm_sub_epi8(bytes_, all(kRange.first).bytes_);
+    return offsets == Block(_mm_min_epu8(offsets.bytes_, all(kRange.last - kRange.first).bytes_));
+  }
+  friend Block sameLetters(Block a, Block b) {
+    const Block caseBit = all(0x20);
+    const Block letterCase = (a | caseBit).in<ByteRange{'a', 'z'}>() & caseBit;
+    const __m128i difference = _mm_xor_si128(a.bytes_, b.bytes_);
+    return _mm_cmpeq_epi8(_mm_andnot_si128(letterCase.bytes_, difference), _mm_setzero_si128());
+  }
+
+  [[nodiscard]] bool any() const { return mask() != 0; }
+  [[nodiscard]] std::size_t first() const { return static_cast<std::size_t>(std::countr_zero(mask() | 0x10000U)); }
+  [[nodiscard]] std::size_t behindLast() const { return static_cast<std::size_t>(std::bit_width(mask())); }
+
+ private:
+  Block(__m128i bytes) : bytes_(bytes) {}
+  static Block all(int byte) { return _mm_set1_epi8(static_cast<char>(byte)); }
+  [[nodiscard]] unsigned mask() const { return static_cast<unsigned>(_mm_movemask_epi8(bytes_)); }
+
+  __m128i bytes_;
+};
+
+#elif defined(__aarch64__) || defined(_M_ARM64)
+
+class Block {
+ public:
+  static Block load(const char* from) { return vld1q_u8(reinterpret_cast<const unsigned char*>(from)); }
+  void store(char* to) const { vst1q_u8(reinterpret_cast<unsigned char*>(to), bytes_); }
+
+  friend Block operator==(Block a, Block b) { return vceqq_u8(a.bytes_, b.bytes_); }
+  friend Block operator&(Block a, Block b) { return vandq_u8(a.bytes_, b.bytes_); }
+  friend Block operator|(Block a, Block b) { return vorrq_u8(a.bytes_, b.bytes_); }
+
+  template <ByteRange kRange>
+  [[nodiscard]] Block in() const {
+    return vcleq_u8(vsubq_u8(bytes_, vdupq_n_u8(kRange.first)), vdupq_n_u8(kRange.last - kRange.first));
+  }
+  friend Block sameLetters(Block a, Block b) {
+    const Block caseBit = vdupq_n_u8(0x20);
+    const Block letterCase = (a | caseBit).in<ByteRange{'a', 'z'}>() & caseBit;
+    const uint8x16_t difference = veorq_u8(a.bytes_, b.bytes_);
+    return vceqzq_u8(vbicq_u8(difference, letterCase.bytes_));
+  }
+
+  [[nodiscard]] bool any() const { return vmaxvq_u8(bytes_) != 0; }
+  [[nodiscard]] std::size_t first() const { return static_cast<std::size_t>(std::countr_zero(mask())) / 4; }
+  [[nodiscard]] std::size_t behindLast() const {
+    return kBlockSize - static_cast<std::size_t>(std::countl_zero(mask())) / 4;
+  }
+
+ private:
+  Block(uint8x16_t bytes) : bytes_(bytes) {}
+  // Four bits of each byte.
+  [[nodiscard]] std::uint64_t mask() const {
+    return vget_lane_u64(vreinterpret_u64_u8(vshrn_n_u16(vreinterpretq_u16_u8(bytes_), 4)), 0);
+  }
+
+  uint8x16_t bytes_;
+};
+
+#else
+
+using Block = PlainBlock;
+
+#endif
+
+// The bytes of any of the ranges.
+template <ByteRange... kRanges>
+struct ByteClass {
+  static constexpr bool holds(char byte) { return kHolds[static_cast<unsigned char>(byte)]; }
+
+  template <class B>
+  static B in(B block) {
+    return (block.template in<kRanges>() | ...);
+  }
+
+ private:
+  static constexpr std::array<bool, 256> kHolds = [] {
+    std::array<bool, 256> holds{};
+    for (std::size_t i = 0; i < holds.size(); ++i) holds[i] = ((kRanges.first <= i && i <= kRanges.last) || ...);
+    return holds;
+  }();
+};
+
+// The first byte of the class, or the end.
+template <class B = Block, class Class>
+const char* findFirst(const char* at, const char* end, Class sought) {
+  if (end - at < kBlockSize) {
+    while (at != end && !sought.holds(*at)) ++at;
+    return at;
+  }
+  const char* const last = end - kBlockSize;
+  for (; at < last; at += kBlockSize) {
+    const B found = sought.in(B::load(at));
+    if (found.any()) return at + found.first();
+  }
+  return last + sought.in(B::load(last)).first();  // This block may begin with bytes that were looked at before.
 }
 
-// The first byte of 0x80 or more, or the end.
-inline const char* findNonAscii(const char* at, const char* end) {
-  return findByte(
-      at, end, [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; }, holdsNonAscii);
+// The position behind the last byte of the class, or the beginning.
+template <class B = Block, class Class>
+const char* findBehindLast(const char* begin, const char* end, Class sought) {
+  if (end - begin < kBlockSize) {
+    while (end != begin && !sought.holds(end[-1])) --end;
+    return end;
+  }
+  for (; end - begin > kBlockSize; end -= kBlockSize) {
+    const B found = sought.in(B::load(end - kBlockSize));
+    if (found.any()) return end - kBlockSize + found.behindLast();
+  }
+  return begin + sought.in(B::load(begin)).behindLast();
 }
 
 }  // namespace Tarn::internal

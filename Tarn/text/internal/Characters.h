@@ -1,58 +1,40 @@
-// The classes of characters: one table, independent of locales.
+// The classes of characters, independent of locales.
 #ifndef TARN_TEXT_INTERNAL_CHARACTERS_H_
 #define TARN_TEXT_INTERNAL_CHARACTERS_H_
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <string_view>
 
+#include "Tarn/text/internal/Blocks.h"
+
 namespace Tarn::internal {
 
-// Bits that combine to a character's classes.
-enum CharacterClass : unsigned char {
-  kSpace = 1,      // space and 0x09 to 0x0D
-  kLetter = 2,     // A to Z, a to z
-  kDigit = 4,      // 0 to 9
-  kValueSign = 8,  // plus, minus, full stop
-  kVisible = 16,   // 0x21 to 0x7E and 0x80 to 0xFF
-  kExponent = 32,  // E, e
-};
+inline constexpr ByteClass<ByteRange{0x09, 0x0D}, ByteRange{' ', ' '}> kSpace;
+inline constexpr ByteClass<ByteRange{0x00, 0x08}, ByteRange{0x0E, 0x1F}, ByteRange{0x21, 0xFF}> kNoSpace;
+inline constexpr ByteClass<ByteRange{0x21, 0x7E}, ByteRange{0x80, 0xFF}> kVisible;
+inline constexpr ByteClass<ByteRange{0x80, 0xFF}> kNonAscii;
+inline constexpr ByteClass<ByteRange{'0', '9'}> kDigit;
+inline constexpr ByteClass<ByteRange{'A', 'Z'}, ByteRange{'a', 'z'}> kLetter;
+inline constexpr ByteClass<ByteRange{'+', '+'}, ByteRange{'-', '.'}, ByteRange{'0', '9'}, ByteRange{'A', 'Z'},
+                           ByteRange{'a', 'z'}>
+    kAlphaNum;
+inline constexpr ByteClass<ByteRange{'+', '+'}, ByteRange{'-', '.'}, ByteRange{'0', '9'}, ByteRange{'E', 'E'},
+                           ByteRange{'e', 'e'}>
+    kNumberChar;
 
-inline constexpr unsigned kAlphaNum = kLetter | kDigit | kValueSign;
-inline constexpr unsigned kNumberChar = kDigit | kValueSign | kExponent;
-
-inline constexpr std::array<unsigned char, 256> kCharacterClasses = [] {
-  std::array<unsigned char, 256> classes{};
-  const auto add = [&classes](int first, int last, CharacterClass added) {
-    for (int i = first; i <= last; ++i) {
-      auto& entry = classes[static_cast<std::size_t>(i)];
-      entry = static_cast<unsigned char>(entry | added);
-    }
-  };
-  add(0x09, 0x0D, kSpace);
-  add(' ', ' ', kSpace);
-  add('A', 'Z', kLetter);
-  add('a', 'z', kLetter);
-  add('0', '9', kDigit);
-  add('+', '+', kValueSign);
-  add('-', '.', kValueSign);
-  add(0x21, 0x7E, kVisible);
-  add(0x80, 0xFF, kVisible);
-  add('E', 'E', kExponent);
-  add('e', 'e', kExponent);
-  return classes;
-}();
-
-// Whether the character belongs to any of the classes.
-constexpr bool isOf(char character, unsigned classes) {
-  return (kCharacterClasses[static_cast<unsigned char>(character)] & classes) != 0;
+// Whether the character belongs to the class.
+template <class Class>
+constexpr bool isOf(char character, Class sought) {
+  return sought.holds(character);
 }
 
-// The position of the first character of the classes at or after `start`, or npos.
-constexpr std::size_t findFirstOf(std::string_view text, unsigned classes, std::size_t start = 0) {
-  while (start < text.size() && !isOf(text[start], classes)) ++start;
-  return start < text.size() ? start : std::string_view::npos;
+// The position of the first character of the class at or after `start`, which is at most the size; or npos.
+template <class Class>
+std::size_t findFirstOf(std::string_view text, Class sought, std::size_t start = 0) {
+  const char* const end = text.data() + text.size();
+  const char* const found = findFirst(text.data() + start, end, sought);
+  return found == end ? std::string_view::npos : static_cast<std::size_t>(found - text.data());
 }
 
 // A to Z as a to z; any character type.

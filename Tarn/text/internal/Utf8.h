@@ -2,24 +2,43 @@
 #ifndef TARN_TEXT_INTERNAL_UTF8_H_
 #define TARN_TEXT_INTERNAL_UTF8_H_
 
+#include <algorithm>
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 
 namespace Tarn::internal {
 
-// Takes one sequence from the front of a range that is not empty and gives its low 16 bits. Continuation bytes are not
-// checked, and missing ones count as zero.
+struct WideCharacter {
+  char16_t value;
+  std::ptrdiff_t size;  // in bytes
+};
+
+// Decodes the sequence that begins four bytes, to its low 16 bits. Continuation bytes are not checked.
+inline WideCharacter decodeUtf8(const char* bytes) {
+  const auto lowBits = [bytes](int at) { return static_cast<unsigned char>(bytes[at]) & 0x3FU; };
+  const unsigned lead = static_cast<unsigned char>(bytes[0]);
+  const unsigned two = lead << 6U | lowBits(1);
+  const unsigned three = two << 6U | lowBits(2);
+  if (0xE0 <= lead && lead < 0xF0) return {static_cast<char16_t>(three), 3};
+  if (0xC0 <= lead && lead < 0xE0) return {static_cast<char16_t>(two & 0x7FFU), 2};
+  if (lead < 0x80) return {static_cast<char16_t>(lead), 1};
+  if (lead < 0xF0 || lead > 0xF7) throw std::invalid_argument("Invalid UTF-8 byte encountered.");
+  return {static_cast<char16_t>(three << 6U | lowBits(3)), 4};
+}
+
+// Takes one sequence from the front of a range that is not empty. Bytes missing at its end count as zero.
 inline char16_t takeWideCharacter(const char*& at, const char* end) {
-  const auto lead = static_cast<unsigned char>(*at++);
-  if (lead < 0x80) return lead;
-  if (lead < 0xC0 || lead > 0xF7) throw std::invalid_argument("Invalid UTF-8 byte encountered.");
-  const unsigned following = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
-  unsigned value = lead & (0x3FU >> following);
-  for (unsigned i = 0; i < following; ++i) {
-    value <<= 6U;
-    if (at != end) value |= static_cast<unsigned char>(*at++) & 0x3FU;
+  if (end - at >= 4) {
+    const WideCharacter character = decodeUtf8(at);
+    at += character.size;
+    return character.value;
   }
-  return static_cast<char16_t>(value);
+  char bytes[4] = {};
+  std::copy(at, end, bytes);
+  const WideCharacter character = decodeUtf8(bytes);
+  at += std::min(character.size, end - at);
+  return character.value;
 }
 
 // Writes the UTF-8 of a value up to 0x10FFFF, surrogates like any other, to `out`, which has room for four bytes.
