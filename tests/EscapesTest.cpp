@@ -78,7 +78,9 @@ void expectUnescape(const std::string& text) {
 TEST(Escapes, Escape) {
   Generate generate(5);
   for (int i = 0; i < 20000 && !HasFailure(); ++i) {
-    const std::string text = generate.text("abcdefgh\n\r\"\\\t\0\x7F\xC3\xA9\xE2\x82\xAC\xC0\xF0"sv, 30);
+    const auto alphabet = i % 2 == 0 ? "abcdefgh\n\r\"\\\t\0\x7F\xC3\xA9\xE2\x82\xAC\xC0\xF0"sv
+                                     : "abcdefghijklmnopqrst\n\r\"\\\t\0\x7F\xC3\xE2\xF0"sv;  // Nothing that throws.
+    const std::string text = generate.text(alphabet, i % 100 == 1 ? 2000 : 40);
     for (const bool unicode : {true, false}) {
       std::string escaped = text;
       try {
@@ -122,6 +124,15 @@ TEST(Escapes, Unescape) {
   Generate generate(6);
   for (int i = 0; i < 50000 && !HasFailure(); ++i) {
     expectUnescape(generate.text("\\\\\\uunr\"0aFGx\0\x80"sv, 16));
+  }
+  for (int i = 0; i < 5000 && !HasFailure(); ++i) {
+    constexpr std::string_view kEscapes[] = {"\\n", "\\\\", "\\\"", "\\u20AC", "\\u00e9", "\\u0041", "\\r", "\\\\n"};
+    std::string text;
+    for (std::uint64_t n = generate.below(12); n > 0; --n) {
+      text += generate.text("abcdefgh", 50);
+      text += kEscapes[generate.below(std::size(kEscapes))];
+    }
+    expectUnescape(text + generate.text("a\\x", 2));
   }
 }
 
