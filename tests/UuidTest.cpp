@@ -182,15 +182,18 @@ std::optional<uuid> plainParse(std::string text) {
 }
 
 TEST(Uuid, ParsesWhatItShould) {
-  const std::string good = "{00010203-0405-0607-0809-0A0b0C0d0E0f}";
-  std::vector<std::string> texts = {"", "-", "{", "}", "{}", " " + good, good + " ", good + '\0' + "x", good.substr(1)};
-  for (std::size_t at = 0; at <= good.size(); ++at) {
-    texts.push_back(good.substr(0, at));
-    texts.push_back(good.substr(0, at) + '-' + good.substr(at));
-    texts.push_back(good.substr(0, at) + '7' + good.substr(at));
-    for (int byte = 0; at < good.size() && byte < 256; ++byte) {
-      texts.push_back(good);
-      texts.back()[at] = static_cast<char>(byte);
+  std::vector<std::string> texts = {"", "-", "{", "}", "{}"};
+  for (const std::string good : {"{00010203-0405-0607-0809-0A0b0C0d0E0f}", "0f1E2d3C-4b5A-6978-8796-A5b4C3d2E1f0",
+                                 "Af9E8d7C6b5A4938271605F4e3D2c1B0"}) {
+    texts.insert(texts.end(), {" " + good, good + " ", good + '\0' + "x", good.substr(1)});
+    for (std::size_t at = 0; at <= good.size(); ++at) {
+      texts.push_back(good.substr(0, at));
+      texts.push_back(good.substr(0, at) + '-' + good.substr(at));
+      texts.push_back(good.substr(0, at) + '7' + good.substr(at));
+      for (int byte = 0; at < good.size() && byte < 256; ++byte) {
+        texts.push_back(good);
+        texts.back()[at] = static_cast<char>(byte);
+      }
     }
   }
   for (const std::string& text : texts) EXPECT_EQ(parseUuid(text), plainParse(text)) << text;

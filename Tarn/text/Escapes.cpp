@@ -224,7 +224,9 @@ ByteSet whitespaceOf(const std::locale& locale) {
 }  // namespace
 
 void internal::appendEscaped(std::string& out, std::string_view text, bool unicodeEscapes) {
-  for (Escaper escaper(text, unicodeEscapes); escaper.left() > 0;) out.append(escaper.next());
+  const std::size_t plain = std::min(findFirstOf(text, kEscaped), text.size());
+  out.append(text, 0, plain);
+  for (Escaper escaper(text.substr(plain), unicodeEscapes); escaper.left() > 0;) out.append(escaper.next());
 }
 
 void controlsToEsc(std::string& text, bool unicodeEscapes) {

@@ -179,6 +179,11 @@ class ViewStream : private std::streambuf, public std::istream {
   [[nodiscard]] std::size_t consumed() const { return static_cast<std::size_t>(gptr() - eback()); }
 };
 
+// Whether a value begins right here, as it mostly does: then nothing has to be searched.
+constexpr bool beginsWithDigit(std::string_view text) noexcept {
+  return !text.empty() && '0' <= text.front() && text.front() <= '9';
+}
+
 [[noreturn]] inline void throwNoValue() { throw std::out_of_range("invalid string position"); }
 
 // What is left of an extraction that ended at `consumed`, its stream at the end of the text or failed.
@@ -229,11 +234,56 @@ void readByStream(ValueReader& reader, T& value) {
   finishExtraction(reader, stream.consumed(), stream.eof(), stream.fail());
 }
 
+// Four bytes as one number, the first most significant.
+constexpr std::uint32_t bigEndian(const char* bytes) noexcept {
+  std::uint32_t number = 0;
+  for (int i = 0; i < 4; ++i) number = number << 8U | static_cast<unsigned char>(bytes[i]);
+  return number;
+}
+
+// The value of eight hexadecimal digits, four here and four there. Clears `areDigits` if another character is there.
+// The digits are looked at together, as the bytes of one number: to add what takes a character to 0x80 sets the top
+// bits of the bytes from that character on.
+constexpr std::uint32_t hexValue(const char* here, const char* there, bool& areDigits) noexcept {
+  constexpr std::uint64_t kEach = 0x0101010101010101;
+  const std::uint64_t text = std::uint64_t{bigEndian(here)} << 32U | bigEndian(there);
+  const std::uint64_t ascii = text & (0x7F * kEach);
+  const std::uint64_t lower = ascii | (0x20 * kEach);
+  const std::uint64_t digits = (ascii + (0x80 - '0') * kEach) & ~(ascii + (0x80 - '9' - 1) * kEach);
+  const std::uint64_t letters = (lower + (0x80 - 'a') * kEach) & ~(lower + (0x80 - 'f' - 1) * kEach);
+  areDigits &= ((digits | letters) & ~text & (0x80 * kEach)) == 0x80 * kEach;
+  std::uint64_t value = (text & (0x0F * kEach)) + 9 * (letters >> 7U & kEach);
+  value = (value | value >> 4U) & 0x00FF00FF00FF00FF;
+  value = (value | value >> 8U) & 0x0000FFFF0000FFFF;
+  return static_cast<std::uint32_t>(value | value >> 16U);
+}
+
+// The uuid of 32 digits, given by where each eighth of them stands; nothing if another character is among them.
+constexpr std::optional<uuids::uuid> uuidOfDigits(const char* text,
+                                                  const std::array<unsigned char, 8>& eighths) noexcept {
+  std::array<unsigned char, 16> bytes{};
+  bool areDigits = true;
+  for (std::size_t i = 0; i < 4; ++i) {
+    const std::uint32_t value = hexValue(text + eighths[2 * i], text + eighths[2 * i + 1], areDigits);
+    for (std::size_t k = 0; k < 4; ++k) bytes[4 * i + k] = static_cast<unsigned char>(value >> (24 - 8 * k));
+  }
+  if (!areDigits) return std::nullopt;
+  return uuids::uuid(bytes);
+}
+
+// What `parseUuid` gives for the canonical form and for 32 digits; nothing for any other text.
+constexpr std::optional<uuids::uuid> parseUsualUuid(std::string_view text) noexcept {
+  const char* const at = text.data();
+  if (text.size() == 32) return uuidOfDigits(at, {0, 4, 8, 12, 16, 20, 24, 28});
+  if (text.size() != 36 || at[8] != '-' || at[13] != '-' || at[18] != '-' || at[23] != '-') return std::nullopt;
+  return uuidOfDigits(at, {0, 4, 9, 14, 19, 24, 28, 32});
+}
+
 }  // namespace internal
 
 template <class T>
 ValueReader& operator>>(ValueReader& reader, T& value) {
-  if (!reader.skipToValue()) return reader;
+  if (!internal::beginsWithDigit(reader.rest()) && !reader.skipToValue()) return reader;
   if constexpr (DecimalInteger<T>) {
     internal::readInteger(reader, value);
   } else {
@@ -243,6 +293,7 @@ ValueReader& operator>>(ValueReader& reader, T& value) {
 }
 
 constexpr std::optional<uuids::uuid> parseUuid(std::string_view text) noexcept {
+  if (const auto id = internal::parseUsualUuid(text)) return id;
   text = text.substr(0, text.find('\0'));
   if (text.starts_with('{')) {
     if (!text.ends_with('}')) return std::nullopt;

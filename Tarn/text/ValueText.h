@@ -136,7 +136,8 @@ class FrontEraser {
   ~FrontEraser() {
     const std::string_view rest = reader_.rest();
     const auto taken = static_cast<std::size_t>(rest.data() - buffer_.data());
-    buffer_.resize(taken + rest.size());  // Never grows: the rest is part of the buffer.
+    const std::size_t end = taken + rest.size();
+    if (end != buffer_.size()) buffer_.resize(end);  // Never grows: the rest is part of the buffer.
     buffer_.erase(0, taken);
   }
   [[nodiscard]] ValueReader& reader() noexcept { return reader_; }
