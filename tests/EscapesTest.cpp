@@ -12,58 +12,12 @@
 #include "Tarn/text/StringUtilities.h"
 #include "Tarn/text/WideText.h"
 #include "tests/Generate.h"
+#include "tests/Plain.h"
 
 namespace {
 
 using namespace Tarn;
 using namespace std::string_view_literals;
-
-// Both directions as they are defined: character by character.
-std::string plainEscape(const std::string& text, bool unicode) {
-  std::ostringstream result;
-  for (const wchar_t character : wide(text)) {
-    const auto code = static_cast<unsigned>(character);
-    if (code == '\n' || code == '\r') {
-      result << '\\' << (code == '\n' ? 'n' : 'r');
-    } else if (code == '"' || code == '\\') {
-      result << '\\' << static_cast<char>(code);
-    } else if (code >= 0x80 && unicode) {
-      for (const char c : {'\\', 'u'}) result << c;
-      for (const int shift : {12, 8, 4, 0}) result << "0123456789ABCDEF"[code >> shift & 15];
-    } else {
-      result << static_cast<char>(code & 0xFF);
-    }
-  }
-  return result.str();
-}
-
-int plainUnescape(std::string& text, bool unicode) {
-  std::string result;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '\\') {
-      result += text[i];
-      continue;
-    }
-    const int position = static_cast<int>(i);
-    if (++i == text.size()) break;
-    const std::size_t known = std::string("nr\"\\").find(text[i]);
-    if (known != std::string::npos) {
-      result += "\n\r\"\\"[known];
-    } else if (text[i] == 'u' && !unicode) {
-      result += "\\u";
-    } else if (text[i] == 'u' && i + 4 < text.size() &&
-               text.substr(i + 1, 4).find_first_not_of("0123456789abcdefABCDEF") == std::string::npos) {
-      std::ostringstream utf8;
-      utf8 << std::wstring(1, static_cast<wchar_t>(std::stoi(text.substr(i + 1, 4), nullptr, 16)));
-      result += utf8.str();
-      i += 4;
-    } else {
-      return position;
-    }
-  }
-  text = result;
-  return -1;
-}
 
 void expectUnescape(const std::string& text) {
   for (const bool unicode : {true, false}) {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "tests/Generate.h"
+#include "tests/Plain.h"
 
 namespace {
 
@@ -61,11 +62,7 @@ TEST(IncrementIndex, AdvancesTheNumberAtTheEnd) {
   Generate generate(8);
   for (int i = 0; i < 20000; ++i) {
     std::string text = generate.text("a-0899", 17);
-    const std::size_t first = text.find_last_not_of("089") + 1;  // 0 if there is no other.
-    const std::string digits = text.substr(first);
-    const std::string number = std::to_string(digits.empty() ? 1 : std::stoull(digits) + 1);
-    const std::string zeros(digits.size() - std::min(digits.size(), number.size()), '0');
-    const std::string expected = text.substr(0, first) + zeros + number;
+    const std::string expected = plainIncrement(text);
     incrementIndex(text);
     ASSERT_EQ(text, expected);
   }

@@ -1,31 +1,13 @@
 #include <gtest/gtest.h>
 
-#include <regex>
-
 #include "Tarn/time/Time.h"
 #include "tests/Generate.h"
+#include "tests/Plain.h"
 #include "tests/TimeZones.h"
 
 namespace {
 
 using Tarn::Time;
-
-Time byPattern(const std::string& text) {
-  static const std::regex kPattern(R"((\d{4})-(\d{2})-(\d{2})[Tt](\d{2}):(\d{2}):(\d{2})([Zz]|([+-])(\d{2}):(\d{2})))");
-  Time time;
-  for (std::size_t start = 0; start <= text.size();) {
-    const std::size_t end = std::min(text.find('\n', start), text.size());
-    std::smatch match;
-    const std::string line = text.substr(start, end - start);
-    if (std::regex_match(line, match, kPattern)) {
-      const auto field = [&match](std::size_t group) { return std::stoi(match[group]); };
-      time.setTime(field(1), field(2), field(3), field(4), field(5), field(6), 0);
-      return time;
-    }
-    start = end + 1;
-  }
-  return time;
-}
 
 void expectAsPattern(const std::string& text) {
   EXPECT_EQ(Time::fromIsoTimeStrIgnoringTimeZone(text).getLastTime(), byPattern(text).getLastTime())

@@ -9,6 +9,7 @@
 #include "Tarn/DataStructures/UuidKeyTable.h"
 #include "Tarn/DataStructures/internal/SortedBlocks.h"
 #include "tests/Generate.h"
+#include "tests/Plain.h"
 
 namespace {
 
@@ -18,21 +19,9 @@ using namespace Tarn::DataStructures;
 constexpr std::uint64_t kAllOnes = 0xFFFFFFFFFFFFFFFF;
 
 template <class Table, class Key>
-struct Model {
-  std::map<std::uint64_t, Key> byToken;
-  std::map<Key, std::uint64_t> byKey;
+struct Model : PlainTable<Key> {
+  using PlainTable<Key>::byToken, PlainTable<Key>::byKey;
 
-  bool addEntry(std::uint64_t token, const Key& key) {
-    if (!byToken.emplace(token, key).second) return false;
-    byKey.emplace(key, token);
-    return true;
-  }
-  bool rmEntry(std::uint64_t token, const Key& key) {
-    if (!byToken.contains(token) || !byKey.contains(key)) return false;
-    byToken.erase(token);
-    byKey.erase(key);
-    return true;
-  }
   void expectSame(const Table& table, std::uint64_t token, const Key& key) const {
     EXPECT_EQ(table.keyToToken(key), byKey.contains(key) ? byKey.at(key) : kAllOnes);
     EXPECT_EQ(table.tokenToKey(token), byToken.contains(token) ? std::optional(byToken.at(token)) : std::nullopt);

@@ -3,10 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <stdexcept>
 
 #include "tests/Generate.h"
+#include "tests/Plain.h"
 
 namespace {
 
@@ -72,31 +72,6 @@ TEST(StringUtilities, SearchesAsALoopDoes) {
     EXPECT_EQ(findValidNumberChar(text, start), search(isValidNumberChar)) << text;
     EXPECT_EQ(findNonWS(text, start), search([](char c) { return !isIn({" \t\0\x7F", 4}, c); })) << text;
   }
-}
-
-// By the C library, hit by hit.
-int plainFindLast(const std::string& text, const std::string& needle) {
-  if (needle.c_str()[0] == '\0') return -1;
-  int last = -1;
-  for (const char* hit = std::strstr(text.c_str(), needle.c_str()); hit != nullptr;
-       hit = std::strstr(hit + 1, needle.c_str())) {
-    last = static_cast<int>(hit - text.c_str());
-  }
-  return last;
-}
-
-int plainFindLast(const std::string& text, char character, int start) {
-  if (start < 0 || static_cast<std::size_t>(start) >= text.size()) return -1;
-  const char* hit = std::strrchr(text.c_str() + start, character);
-  return hit == nullptr ? -1 : static_cast<int>(hit - text.c_str());
-}
-
-template <class Text>
-Text plainReplace(Text text, const Text& from, const Text& to) {
-  for (std::size_t at = 0; !from.empty() && (at = text.find(from, at)) != Text::npos; at += to.size()) {
-    text.replace(at, from.size(), to);
-  }
-  return text;
 }
 
 TEST(StringUtilities, AgreesWithPlainDefinitions) {

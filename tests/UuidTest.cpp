@@ -11,6 +11,7 @@
 #include "Tarn/platform/GuidFields.h"
 #include "Tarn/text/ValueReader.h"
 #include "tests/Generate.h"
+#include "tests/Plain.h"
 
 namespace {
 
@@ -164,21 +165,6 @@ TEST(Uuid, GeneratedOnesDiffer) {
 TEST(Uuid, FieldsOfAPlatformsGenerator) {
   const Tarn::platform::GuidFields fields{0x00112233, 0x4455, 0x6677, {0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF}};
   EXPECT_EQ(toBytes(fields), counting(0x11));
-}
-
-// The text's digits in order, where it has 32 of them and nothing else but hyphens.
-std::optional<uuid> plainParse(std::string text) {
-  text = text.c_str();
-  if (!text.empty() && text.front() == '{') {
-    if (text.back() != '}') return std::nullopt;
-    text = text.substr(1, text.size() - 2);
-  }
-  std::erase(text, '-');
-  if (text.size() != 32 || text.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) return std::nullopt;
-  Bytes bytes{};
-  for (std::size_t i = 0; i < 16; ++i)
-    bytes[i] = static_cast<unsigned char>(std::stoi(text.substr(2 * i, 2), nullptr, 16));
-  return uuid(bytes);
 }
 
 TEST(Uuid, ParsesWhatItShould) {

@@ -4,16 +4,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <iterator>
 #include <limits>
 #include <sstream>
 
-#include "Tarn/text/Escapes.h"
 #include "Tarn/text/ValueText.h"
 #include "tests/Generate.h"
+#include "tests/Plain.h"
 
 namespace geometry {
 
@@ -33,8 +31,6 @@ namespace {
 
 using namespace Tarn;
 using geometry::Point;
-
-constexpr const char* kNoValue = "invalid string position";
 
 static_assert(!std::is_constructible_v<ValueReader, std::string>);
 static_assert(std::is_constructible_v<ValueReader, std::string&> && std::is_constructible_v<ValueReader, const char*>);
@@ -72,20 +68,10 @@ Outcome<T> read(const std::string& text, T value = T()) {
   return byBuffer;
 }
 
-// The general rule, with a stream.
 template <class T>
 Outcome<T> plainRead(std::string text, T value) {
-  const auto isStart = [](char c) { return c != '\0' && std::strchr("+-.0123456789", c) != nullptr; };
-  const auto isLetter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
-  const auto start = std::find_if(text.begin(), text.end(), [&](char c) { return isStart(c) || isLetter(c); });
-  if (start == text.end()) return {value, text, ""};
-  text.erase(text.begin(), start);
-  std::istringstream stream(text);
-  stream.imbue(std::locale::classic());
-  stream >> value;
-  if (stream.eof()) return {value, "", ""};
-  if (stream.fail()) return {value, text, kNoValue};
-  return {value, text.substr(static_cast<std::size_t>(stream.tellg())), ""};
+  const std::string error = plainTake(text, value);
+  return {value, text, error};
 }
 
 template <class T>
@@ -251,48 +237,6 @@ TEST(ValueReader, Maps) {
   expectReadings(rows, StringMap{{"old", "entry"}});
 }
 
-// The rule for strings, on a text that is cut at every step.
-std::string plainString(std::string& text) {
-  const bool isQuoted = text.starts_with('"');
-  if (isQuoted) text = std::string(text.c_str() + 1);
-  std::size_t end = text.find(isQuoted ? '"' : '\n');
-  while (isQuoted && end != std::string::npos && end > 0 && text[end - 1] == '\\' &&
-         (end == 1 || text[end - 2] != '\\')) {
-    end = text.find('"', end + 1);
-  }
-  std::string value = text.substr(0, end);
-  text.erase(0, value.size() + 1);
-  return value;
-}
-
-std::size_t findVisible(const std::string& text) {
-  const auto isVisible = [](char c) { return static_cast<unsigned char>(c) > ' ' && c != '\x7F'; };
-  return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isVisible) - text.begin());
-}
-
-// The rule for maps, likewise: every step searches what is left anew.
-StringMap plainMap(std::string& text) {
-  StringMap map;
-  text.erase(0, findVisible(text) + 1);
-  while (!text.empty()) {
-    if (const std::size_t visible = findVisible(text); visible < text.size()) text.erase(0, visible);
-    const std::size_t quote = text.find("\"=>\"");
-    const bool isEnd = text.front() == '}';
-    if (isEnd || (quote == std::string::npos && !text.starts_with("=>"))) {
-      text.erase(0, isEnd ? 1 : 0);
-      break;
-    }
-    std::string keyText = quote == std::string::npos ? "" : text.substr(0, quote + 1);
-    text.erase(0, quote == std::string::npos ? 2 : quote + 3);
-    std::string key = plainString(keyText);
-    std::string value = plainString(text);
-    escToControls(key, true);
-    escToControls(value, true);
-    map.emplace(key, value);
-  }
-  return map;
-}
-
 // Texts of the pieces that strings and maps are made of.
 std::string pieces(Generate& generate) {
   constexpr std::string_view kPieces[] = {"\"=>\"", "=>", "\"", "\" \"", "\\", "a",    "b",    "12",      " ",
@@ -320,13 +264,19 @@ template <class T>
 void readFromBoth(ValueReader& reader, std::string& buffer) {
   T byReader{};
   T byBuffer{};
-  EXPECT_EQ(errorOf(reader, byReader), errorOf(buffer, byBuffer));
-  EXPECT_EQ(byReader, byBuffer);
-  EXPECT_EQ(reader.rest(), buffer);
+  T expected{};
+  std::string rest = buffer;
+  const std::string error = plainTake(rest, expected);
+  EXPECT_EQ(errorOf(reader, byReader), error);
+  EXPECT_EQ(errorOf(buffer, byBuffer), error);
+  EXPECT_EQ(byReader, expected);
+  EXPECT_EQ(byBuffer, expected);
+  EXPECT_EQ(reader.rest(), rest);
+  EXPECT_EQ(buffer, rest);
 }
 
-// A reader remembers what it knows of the text; a buffer is looked at anew by every read.
-TEST(ValueReader, AReaderReadsOnAsABufferDoes) {
+// A reader remembers what it knows of the text; a buffer and the plain rules look at it anew.
+TEST(ValueReader, ReadsOnByTheRules) {
   constexpr void (*kReads[])(ValueReader&, std::string&) = {
       readFromBoth<char>,   readFromBoth<unsigned char>, readFromBoth<bool>,      readFromBoth<int>,
       readFromBoth<double>, readFromBoth<std::string>,   readFromBoth<StringMap>, readFromBoth<uuids::uuid>};

@@ -11,31 +11,11 @@
 #include <stdexcept>
 
 #include "tests/Generate.h"
+#include "tests/Plain.h"
 
 namespace {
 
 using namespace Tarn;
-
-// The decoder's table, byte by byte; nothing where it throws.
-std::optional<std::wstring> plainWide(const std::string& text) {
-  std::wstring result;
-  for (std::size_t i = 0; i < text.size();) {
-    const auto at = [&text](std::size_t k) { return k < text.size() ? static_cast<unsigned char>(text[k]) : 0U; };
-    const unsigned b = at(i);
-    if ((b >= 0x80 && b <= 0xBF) || b >= 0xF8) return std::nullopt;
-    const std::size_t size = b < 0x80 ? 1 : b < 0xE0 ? 2 : b < 0xF0 ? 3 : 4;
-    const unsigned c1 = at(i + 1) & 0x3F;
-    const unsigned c2 = at(i + 2) & 0x3F;
-    const unsigned c3 = at(i + 3) & 0x3F;
-    const unsigned value = size == 1   ? b
-                           : size == 2 ? (b & 0x1F) << 6 | c1
-                           : size == 3 ? (b & 0x0F) << 12 | c1 << 6 | c2
-                                       : (c1 & 0x0F) << 12 | c2 << 6 | c3;
-    result += static_cast<wchar_t>(value);
-    i += size;
-  }
-  return result;
-}
 
 void expectWide(const std::string& text) {
   const auto expected = plainWide(text);
