@@ -1,4 +1,5 @@
-// Every change is made under the lock; observers run behind it, in a copy of their list taken under the same lock.
+// Every change is made under the lock; observers run behind it, in a copy of their list taken under the same lock,
+// before the change, as copying may throw.
 #include "Tarn/DataStructures/Progress.h"
 
 #include <utility>
@@ -36,8 +37,8 @@ double Progress::setProgress(double value) {
   std::unique_lock lock(mutex_);
   const double difference = value - value_;
   if (!moves(difference)) return difference;
-  value_ = value;
   const auto observers = progressObservers_;
+  value_ = value;
   lock.unlock();
   for (const auto& observer : observers) observer(value);
   return difference;
@@ -46,9 +47,9 @@ double Progress::setProgress(double value) {
 double Progress::addProgress(double increment) {
   std::unique_lock lock(mutex_);
   if (!moves(increment)) return value_;
+  const auto observers = progressObservers_;
   value_ += increment;
   const double sum = value_;
-  const auto observers = progressObservers_;
   lock.unlock();
   for (const auto& observer : observers) observer(sum);
   return sum;
@@ -57,8 +58,8 @@ double Progress::addProgress(double increment) {
 void Progress::setStep(const std::string& step) {
   std::unique_lock lock(mutex_);
   if (step == step_) return;
-  step_ = step;
   const auto observers = stepObservers_;
+  step_ = step;
   lock.unlock();
   for (const auto& observer : observers) observer(step);
 }

@@ -19,6 +19,8 @@ void resetBlock(HistogramStatistics& block) {
 }  // namespace
 
 void ScanStatistics::reset() {
+  // First what may throw.
+  for (HistogramStatistics* const block : {&distance, &intensity, &incidence}) block->histogram.reserve(kHistogramBins);
   resetBlock(distance);
   resetBlock(intensity);
   resetBlock(echoes);

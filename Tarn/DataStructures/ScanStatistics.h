@@ -67,7 +67,7 @@ struct ScanStatistics {
   ///
   /// Every histogram gets exactly `kHistogramBins` bins: a longer one is cut, a shorter one extended with zeros. Bins
   /// that were there keep their counts, so histograms go on over several scans; clear them yourself if they should
-  /// not. Only allocation can throw.
+  /// not. If allocation throws, everything is as before.
   TARN_API void reset();
 };
 

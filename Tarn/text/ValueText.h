@@ -115,6 +115,7 @@ std::string streamedText(const T& value) {
   static_assert(StreamInsertable<T>, "a value is written by its operator<< on std::ostream, and this type has none");
   std::ostringstream stream;
   stream.imbue(std::locale::classic());
+  stream.exceptions(std::ios::badbit);  // So that a failed allocation is thrown: streams keep quiet about it.
   stream << value;
   return std::move(stream).str();
 }

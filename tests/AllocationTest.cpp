@@ -1,0 +1,300 @@
+// Every allocation of every operation fails once: nothing leaks, and what is promised to stay has stayed.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <new>
+#include <sstream>
+
+#include "Tarn/DataStructures/KeyTable.h"
+#include "Tarn/DataStructures/PartialProgress.h"
+#include "Tarn/DataStructures/ScanStatistics.h"
+#include "Tarn/DataStructures/UuidKeyTable.h"
+#include "Tarn/Tarn.h"
+
+namespace {
+
+constexpr long kNever = -1;
+thread_local long untilFailure = kNever;
+thread_local bool failsOnce = false;
+thread_local long live = 0;
+
+}  // namespace
+
+// In the place of the runtime's own, for the library, too, where the system binds names across libraries.
+void* operator new(std::size_t size) {
+  if (untilFailure == 0) {
+    if (failsOnce) untilFailure = kNever;
+    throw std::bad_alloc();
+  }
+  if (untilFailure > 0) --untilFailure;
+  void* const memory = std::malloc(size);
+  if (memory == nullptr) throw std::bad_alloc();
+  ++live;
+  return memory;
+}
+
+void operator delete(void* memory) noexcept {
+  if (memory != nullptr) --live;
+  std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
+
+namespace foreign {
+
+// Written and read by stream operators only.
+struct Word {
+  std::string text;
+  bool operator==(const Word&) const = default;
+};
+std::ostream& operator<<(std::ostream& stream, const Word& word) { return stream << word.text; }
+
+}  // namespace foreign
+
+namespace {
+
+using namespace Tarn;
+using namespace Tarn::DataStructures;
+
+const std::string kLong = "a text that is too long for a string's own room";
+
+// Whether a call throws when the allocation behind the first `count` fails, or all behind them.
+bool failsAfter(long count, const std::function<void()>& call) {
+  untilFailure = count;
+  try {
+    call();
+    untilFailure = kNever;
+    return false;
+  } catch (const std::bad_alloc&) {
+    untilFailure = kNever;
+    return true;
+  }
+}
+
+// Attempts with no allocation, with one and so on, until one goes through; gives their number. Each attempt tells
+// whether it failed, and gives back all that it allocated.
+long attempts(const std::function<bool(long)>& attempt) {
+  long count = 0;
+  for (const bool once : {true, false}) {
+    failsOnce = once;
+    bool failed = true;
+    for (count = 0; failed && !testing::Test::HasFailure(); ++count) {
+      const long before = live;
+      failed = attempt(count);
+      EXPECT_EQ(live, before) << "leaks after " << count << " allocations";
+    }
+  }
+  return count - 1;
+}
+
+template <class State>
+struct Operation {
+  int line;
+  std::string name;
+  State before;
+  std::function<void(State&)> act;
+  bool isStrong = true;  // Otherwise the old text is still in front.
+};
+
+template <class State>
+bool isInFront(const State&, const State&) {
+  return false;
+}
+bool isInFront(const std::string& before, const std::string& after) { return after.starts_with(before); }
+
+template <class State>
+void expectSafe(const std::vector<Operation<State>>& operations) {
+  for (const Operation<State>& operation : operations) {
+    testing::ScopedTrace at(__FILE__, operation.line, operation.name);
+    State result = operation.before;
+    operation.act(result);  // Makes what is made once, such as a locale's facets.
+    const long count = attempts([&](long allocations) {
+      State state = operation.before;
+      const bool failed = failsAfter(allocations, [&] { operation.act(state); });
+      if (failed && !operation.isStrong) {
+        EXPECT_TRUE(isInFront(operation.before, state));
+        return true;
+      }
+      EXPECT_TRUE(state == (failed ? operation.before : result)) << "after " << allocations << " allocations";
+      return failed;
+    });
+    ASSERT_GT(count, 0) << "allocates nothing";
+  }
+}
+
+class Allocation : public testing::Test {
+ protected:
+  void SetUp() override {
+    const auto allocates = [] { return uuids::uuid().string().empty(); };
+    if (!failsAfter(0, allocates)) GTEST_SKIP() << "on this system the library has an operator new of its own";
+  }
+};
+
+TEST_F(Allocation, TextsStayOrKeepTheirFront) {
+  const StringMap map = {{"a", kLong}, {kLong, "b\n"}};
+  const auto time = Time::now();
+  const std::wstring wideLong(kLong.begin(), kLong.end());
+  expectSafe<std::string>({
+      {__LINE__, "escape", kLong + "\n\xC3\xA9", [](auto& text) { controlsToEsc(text, true); }},
+      {__LINE__, "escape to bytes", kLong + "\n\xC3\xA9", [](auto& text) { controlsToEsc(text, false); }},
+      {__LINE__, "replace", kLong, [](auto& text) { replaceAll(text, "t", "tt"); }},
+      {__LINE__, "replace by itself", kLong, [](auto& text) { replaceAll(text, "t", text); }},
+      {__LINE__, "increment", std::string(40, '9'), [](auto& text) { incrementIndex(text); }},
+      {__LINE__, "increment none", kLong, [](auto& text) { incrementIndex(text); }},
+      {__LINE__, "write char", kLong, [](auto& text) { text << 'c'; }},
+      {__LINE__, "write bool", kLong, [](auto& text) { text << true; }},
+      {__LINE__, "write int", kLong, [](auto& text) { text << 42; }},
+      {__LINE__, "write double", kLong, [](auto& text) { text << 1e300; }},
+      {__LINE__, "write text", kLong, [](auto& text) { text << kLong; }},
+      {__LINE__, "write C string", kLong, [](auto& text) { text << kLong.c_str(); }},
+      {__LINE__, "write JSON", kLong, [json = JsonValue{kLong}](auto& text) { text << json; }},
+      {__LINE__, "write uuid", kLong, [](auto& text) { text << uuids::uuid(); }},
+      {__LINE__, "write wide text", kLong, [&](auto& text) { text << wideLong; }},
+      {__LINE__, "write by stream", kLong, [word = foreign::Word{kLong + kLong}](auto& text) { text << word; }},
+      {__LINE__, "write map", kLong, [&](auto& text) { text << map; }, false},
+      {__LINE__, "write time", kLong, [&](auto& text) { text << time; }, false},
+      {__LINE__, "narrow", "", [&](auto& text) { text = narrow(wideLong, '?'); }},
+      {__LINE__, "join", "",
+       [](auto& text) {
+         text = implode({kLong, kLong}, ", ");
+       }},
+      {__LINE__, "trim", "", [](auto& text) { text = trim_copy(kLong); }},
+      {__LINE__, "print", "", [](auto& text) { text = PrintF("%s", kLong); }},
+      {__LINE__, "uuid", "", [](auto& text) { text = uuids::uuid().string(); }},
+      {__LINE__, "short uuid", "", [](auto& text) { text = uuids::uuid().toShortString(); }},
+      {__LINE__, "date", "", [&](auto& text) { text = time.getTimeStr3(); }},
+      {__LINE__, "ISO time", "", [&](auto& text) { text = time.getIsoTimeStr(); }},
+      {__LINE__, "compare", "", [&](auto& text) { text.resize(compareIgnoreCase(kLong, wideLong) == 0 ? 1U : 2U); }},
+  });
+  expectSafe<std::wstring>({
+      {__LINE__, "wide", L"", [](auto& text) { text = wide(kLong); }},
+      {__LINE__, "replace", wideLong, [](auto& text) { replaceAll(text, L"t", L"tt"); }},
+  });
+}
+
+// A buffer or reader and the value read from it.
+template <class Source, class T>
+struct Reading {
+  Source source;
+  T value;
+
+  bool operator==(const Reading& other) const { return value == other.value && rest(source) == rest(other.source); }
+  static std::string_view rest(const std::string& buffer) { return buffer; }
+  static std::string_view rest(const ValueReader& reader) { return reader.rest(); }
+};
+
+template <class T>
+void expectSafeReading(int line, const std::string& text, const T& before) {
+  expectSafe<Reading<std::string, T>>({{line, "buffer", {text, before}, [](auto& r) { r.source >> r.value; }}});
+  expectSafe<Reading<ValueReader, T>>(
+      {{line, "reader", {ValueReader(text), before}, [](auto& r) { r.source >> r.value; }}});
+}
+
+TEST_F(Allocation, ReadersStayWhereTheyWere) {
+  expectSafeReading<std::string>(__LINE__, '"' + kLong + "\" rest", "before");
+  expectSafeReading<std::string>(__LINE__, kLong + "\nrest", "before");
+  expectSafeReading<StringMap>(__LINE__, "  { \"a\"=>\"" + kLong + "\" \"" + kLong + "\"=>\"b\" } rest",
+                               {{"old", kLong}});
+  expectSafe<std::optional<std::string>>({{__LINE__, "word", "before", [](auto& word) {
+                                             std::istringstream stream('"' + kLong + "\" rest");
+                                             stream >> word;
+                                           }}});
+}
+
+TEST_F(Allocation, SomeOperationsNeedNone) {
+  std::string text = R"(  "a\n\u00e9" 7 )" + kLong;
+  std::string numbers = " 7 true x 5.3.2024 14:7:9:42 " + kLong;
+  const std::string isoTime = kLong + "\n2024-03-05T14:07:09Z";
+  const std::string id = uuids::uuid::generate().string();
+  KeyTable table({{1, kLong}});
+  const auto call = [&] {
+    escToControls(text, true);
+    eatwhite(text);
+    trim(text);
+    replaceAll(text, isoTime, id);
+    int number = 0;
+    bool flag = false;
+    char letter = 0;
+    Time time = Time::fromIsoTimeStrIgnoringTimeZone(isoTime);
+    numbers >> number >> flag >> letter >> time;
+    return number == 7 && flag && letter == 'x' && parseUuid(id) && time.getYear() == 2024 &&
+           table.keyToToken(kLong) == 1 && table.rmEntry(1, kLong) && findLastOf(isoTime, "Z") > 0 &&
+           compareIgnoreCase(kLong, isoTime) < 0;
+  };
+  bool holds = false;
+  EXPECT_FALSE(failsAfter(0, [&] { holds = call(); }));
+  EXPECT_TRUE(holds);
+}
+
+TEST_F(Allocation, TablesStayUsable) {
+  const std::string other = kLong + "2";
+  const auto id = uuids::uuid::generate();
+  attempts([&](long count) {
+    KeyTable names({{1, kLong}});
+    UuidKeyTable ids;
+    const bool failed = failsAfter(count, [&] {
+      names.addEntry(2, other);
+      ids.addEntry(2, id);
+      KeyTable copy = names;
+      copy.rmAll();
+    });
+    // A pair is registered by its token first; nothing takes that back.
+    EXPECT_EQ(names.tokenToKey(1), kLong);
+    EXPECT_EQ(names.keyToToken(kLong), 1U);
+    EXPECT_TRUE(names.keyToToken(other) != 2 || names.tokenToKey(2) == other);
+    EXPECT_TRUE(ids.keyToToken(id) != 2 || ids.tokenToKey(2) == id);
+    const bool isNew = names.getNumElements() == 1;
+    EXPECT_EQ(names.addEntry(2, other), isNew);
+    EXPECT_EQ(names.getNumElements(), 2U);
+    EXPECT_TRUE(names.rmAll());
+    EXPECT_TRUE(names.addEntry(2, other) && names.keyToToken(other) == 2);
+    return failed;
+  });
+}
+
+TEST_F(Allocation, ProgressIsAsBefore) {
+  const std::string step = "short";  // An observer gets a copy, which needs no allocation then.
+  attempts([&](long count) {
+    int seen = 0;
+    // Copies of this observer allocate.
+    const auto observer = [&seen, text = kLong](const auto&) { ++seen; };
+    const auto root = std::make_shared<Progress>(observer, observer);
+    PartialProgress part(root, 0.5);
+    const bool setFailed = failsAfter(count, [&] { part.setProgress(2.0); });
+    EXPECT_EQ(seen, setFailed ? 0 : 1);
+    EXPECT_EQ(root->addProgress(0.0), setFailed ? 0.0 : 1.0);
+    seen = 0;
+    const bool stepFailed = failsAfter(count, [&] { root->setStep(step); });
+    EXPECT_EQ(seen, stepFailed ? 0 : 1);
+    root->setStep(step);
+    EXPECT_EQ(seen, 1);  // After a failure it still is a new step.
+    const bool addFailed = failsAfter(count, [&] { root->addObserver(std::function<void(double)>(observer)); });
+    seen = 0;
+    root->addProgress(1.0);
+    EXPECT_EQ(seen, addFailed ? 1 : 2);
+    return setFailed || stepFailed || addFailed;
+  });
+}
+
+TEST_F(Allocation, StatisticsAreResetOrAsBefore) {
+  ScanStatistics before;
+  before.distance.sums.count = before.intensity.sums.count = before.incidence.sums.count = 7;
+  before.distance.frequentValues[1.0] = 2;
+  before.incidence.histogram.resize(5000, 3);
+  before.echoes.counts[1] = 2;
+  attempts([&](long count) {
+    ScanStatistics statistics = before;
+    const bool failed = failsAfter(count, [&] { statistics.reset(); });
+    for (const auto* block : {&statistics.distance, &statistics.intensity, &statistics.incidence}) {
+      EXPECT_EQ(block->sums.count, failed ? 7U : 0U);
+    }
+    EXPECT_EQ(statistics.distance.frequentValues.empty(), !failed);
+    EXPECT_EQ(statistics.echoes.counts.empty(), !failed);
+    EXPECT_EQ(statistics.incidence.histogram.size(), failed ? 5000U : 2048U);
+    return failed;
+  });
+}
+
+}  // namespace
