@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <thread>
 
 #include "Tarn/DataStructures/UuidKeyTable.h"
 #include "Tarn/DataStructures/internal/SortedBlocks.h"
@@ -171,27 +170,6 @@ TEST(UuidKeyTable, TokensWithoutUuidOutliveRmAll) {
   EXPECT_FALSE(table.rmAll());
   EXPECT_EQ(table.getToken(0), 9U);
   EXPECT_EQ(table.getNumElements(), 0U);
-}
-
-TEST(Tables, AnswerManyThreads) {
-  KeyTable names;
-  UuidKeyTable ids;
-  for (std::uint64_t i = 0; i < 200; ++i) {
-    names.addEntry(i, stringKey(i));
-    ids.addEntry(i, uuidKey(i));
-  }
-  std::vector<std::thread> threads;
-  for (int n = 0; n < 4; ++n) {
-    threads.emplace_back([&names, &ids] {
-      for (std::uint64_t i = 0; i < 200; ++i) {
-        EXPECT_EQ(names.keyToToken(*names.tokenToKey(i)), i);
-        EXPECT_EQ(ids.getKey(i), ids.tokenToKey(ids.getToken(i)));
-        EXPECT_LE(ids.keyToToken(*ids.getKey(i)), i);
-        EXPECT_LE(ids.getNumElements(), names.getNumElements());
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
 }
 
 }  // namespace

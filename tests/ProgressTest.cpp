@@ -2,11 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -188,27 +186,6 @@ TEST(PartialProgress, AThrowingObserverKeepsTheChangeFromTheParent) {
   EXPECT_EQ(root->addProgress(0.0), 0.0);
   EXPECT_EQ(part.addProgress(1.0), 2.0);
   EXPECT_EQ(root->addProgress(0.0), 1.0);
-}
-
-TEST(Progress, ManyThreadsAddUp) {
-  const auto root = std::make_shared<Progress>();
-  std::atomic<int> seen = 0;
-  root->addObserver([&seen](double) { ++seen; });
-  std::vector<std::thread> threads;
-  for (int n = 0; n < 4; ++n) {
-    threads.emplace_back([&root, n] {
-      const auto middle = std::make_shared<PartialProgress>(root, 0.5);
-      PartialProgress part(middle, 0.5);
-      for (int i = 0; i < 500; ++i) {
-        part.addProgress(4.0);
-        root->setStep(std::to_string(n));
-        if (i % 100 == 0) root->addObserver([&root](double) { root->addProgress(0.0); });
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(root->addProgress(0.0), 2000.0);
-  EXPECT_EQ(seen, 2000);
 }
 
 }  // namespace

@@ -380,19 +380,4 @@ TEST(Time, StreamsKeepTheirFlags) {
   EXPECT_TRUE(stream.fail());  // The space before the hour.
 }
 
-TEST(Time, AnswersManyThreads) {
-  const Time time = at(1709644029.042);
-  std::vector<std::thread> threads;
-  for (int n = 0; n < 4; ++n) {
-    threads.emplace_back([&time] {
-      for (int i = 0; i < 200; ++i) {
-        EXPECT_EQ(time.getTimeStr9(), "2024-03-05T13:07:09Z");
-        EXPECT_EQ(time.getTimeStr3().size() + time.getIsoTimeStr().size(), 55U);
-        EXPECT_EQ(local(2024, 3, 5, 1, 2, 3).getMin(), 2);
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-}
-
 }  // namespace
