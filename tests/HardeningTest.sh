@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# An optimised library has what makes a fault stop the program instead of giving it away.
+# Argument: the built library.
+set -euo pipefail
+missing=0
+
+requires() {  # WHAT PATTERN TEXT
+  grep -qE "$2" <<< "$3" || { echo "missing: $1" >&2; missing=1; }
+}
+
+case "$1" in
+  *.dll)
+    header=$(x86_64-w64-mingw32-objdump -p "$1")
+    requires "an address that changes" DYNAMIC_BASE "$header"
+    requires "data that is not run" NX_COMPAT "$header"
+    ;;
+  *)
+    segments=$(readelf -lW "$1")
+    requires "a stack that is not run" 'GNU_STACK .* RW ' "$segments"
+    requires "tables that are read only once loaded" GNU_RELRO "$segments"
+    requires "all names bound when loaded" 'FLAGS_1.* NOW' "$(readelf -dW "$1")"
+    imports=$(nm -D --undefined-only "$1")
+    requires "guarded stacks" ' __stack_chk_fail' "$imports"
+    requires "bounds for the C library's writes" ' __vsnprintf_chk' "$imports"
+    requires "assertions of the standard library" glibcxx_assert_fail "$imports"
+    ;;
+esac
+exit $missing
