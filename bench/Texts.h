@@ -1,0 +1,79 @@
+// Inputs, the same in every run.
+#ifndef BENCH_TEXTS_H_
+#define BENCH_TEXTS_H_
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <random>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bench {
+
+// Words in random order, `size` bytes of them; full stops fill the end. Every 32nd word is `rare`, the sixth the first.
+inline std::string wordsOf(std::span<const std::string_view> words, std::string_view rare, std::size_t size) {
+  std::mt19937_64 random(1);
+  std::string text;
+  for (std::size_t count = 0;; ++count) {
+    const std::string_view word = count % 32 == 5 && !rare.empty() ? rare : words[random() % words.size()];
+    if (text.size() + word.size() > size) break;
+    text += word;
+  }
+  return text.append(size - text.size(), '.');
+}
+
+struct Script {
+  const char* name;
+  std::array<std::string_view, 8> words;
+
+  [[nodiscard]] std::string plain(std::size_t size) const { return wordsOf(words, "", size); }
+  [[nodiscard]] std::string withFewEscapes(std::size_t size) const { return wordsOf(words, "12\"\n", size); }
+};
+
+inline constexpr Script kAscii = {
+    "ASCII", {"Tower ", "Cellar ", "north ", "a ", "of the ", "scanned, ", "12.5 m ", "reflectance "}};
+inline constexpr Script kEuropean = {"European text",
+                                     {"T\u00fcrmchen ", "ch\u00e2teau ", "\u0141\u00f3d\u017a ", "se\u00f1or ",
+                                      "gem\u00e4\u00df ", "mesure ", "an ", "scan "}};
+inline constexpr Script kCjk = {"CJK text",
+                                {"\u5854\u697c", "\u6e2c\u91cf\u70b9", "\u5317", "\u5730\u4e0b\u5ba4",
+                                 "\u626b\u63cf\u3002", "\u30b9\u30ad\u30e3\u30f3", "\uc2a4\uce94", "\u9ad8\u3055"}};
+
+inline std::string ascii(std::size_t size) { return kAscii.plain(size); }
+
+// Numbers from 0 up to below `count` in random order.
+inline std::vector<std::uint64_t> shuffled(std::size_t count) {
+  std::vector<std::uint64_t> numbers(count);
+  for (std::size_t i = 0; i < count; ++i) numbers[i] = i;
+  std::shuffle(numbers.begin(), numbers.end(), std::mt19937_64(2));
+  return numbers;
+}
+
+using Bytes = std::array<unsigned char, 16>;
+
+// Random identifiers, all different.
+inline std::vector<Bytes> randomBytes(std::size_t count) {
+  std::mt19937_64 random(3);
+  std::vector<Bytes> result(count);
+  for (Bytes& bytes : result) {
+    for (unsigned char& byte : bytes) byte = static_cast<unsigned char>(random());
+  }
+  return result;
+}
+
+// Identifiers of a type that is 16 bytes, made of the same bytes for every type.
+template <class Id>
+std::vector<Id> idsOf(const std::vector<Bytes>& bytes) {
+  static_assert(sizeof(Id) == sizeof(Bytes) && std::is_trivially_copyable_v<Id>);
+  std::vector<Id> ids(bytes.size());
+  std::transform(bytes.begin(), bytes.end(), ids.begin(), [](const Bytes& id) { return std::bit_cast<Id>(id); });
+  return ids;
+}
+
+}  // namespace bench
+
+#endif  // BENCH_TEXTS_H_

@@ -1,0 +1,54 @@
+#!/usr/bin/env python3
+"""What the tables say of made-up measurements."""
+import unittest
+
+import report
+
+
+def entry(name, time, **more):
+    return {"run_name": name, "run_type": "iteration", "cpu_time": time, "real_time": time, "time_unit": "ns",
+            "threads": 1} | more
+
+
+def collect(*entries):
+    return report.collect([{"benchmarks": entries}])
+
+
+class ReportTest(unittest.TestCase):
+    def test_names(self):
+        self.assertEqual(report.parse("a case/ours/64/threads:2"), ("a case", "ours", 64))
+        self.assertEqual(report.parse("a case/limit b/iterations:1"), ("a case", "limit b", None))
+
+    def test_times(self):
+        times, _, _, failed = collect(
+            entry("slow/ours", 8), entry("slow/ours", 4), entry("slow/ours", 90),  # The median is 8.
+            entry("slow/a", 0.032, time_unit="us"), entry("slow/b", 16), entry("slow/limit copy", 2),
+            entry("fast/ours/9", 2000), entry("fast/a/9", 8000),
+            entry("beyond/ours", 50), entry("beyond/a", 80), entry("beyond/beyond call", 40),
+            entry("threads/ours", 1, real_time=10, threads=2), entry("threads/one thread", 25),
+            entry("alone/ours", 1))
+        self.assertEqual(list(report.times_table(times))[1:], [
+            ["threads", "20 ns", "one thread", "25 ns", "0.80", "", "", ""],
+            ["slow", "8 ns", "b", "16 ns", "0.50", "copy", "4.00", "a 0.25"],
+            ["fast, 9", "2 us", "a", "8 us", "0.25", "", "", ""],
+            ["beyond", "50 ns", "a", "80 ns", "0.12", "call", "1.25", ""]])
+        self.assertEqual(failed, [])
+
+    def test_laws_memory_and_failures(self):
+        fit = {"run_type": "aggregate", "run_name": "grow/ours"}
+        _, laws, memory, failed = collect(
+            fit | {"aggregate_name": "BigO", "big_o": "NlgN"}, fit | {"aggregate_name": "RMS", "rms": 0.031},
+            entry("keys/ours/10", 1, bytes=99.6), entry("keys/maps/10", 1, bytes=80),
+            entry("bad/a", 1, error_occurred=True, error_message="differs"))
+        self.assertEqual(list(report.laws_table(laws))[1:], [["grow", "n log n", "3 %"]])
+        self.assertEqual(list(report.memory_table(memory))[1:], [["keys, 10", "100", "maps 80"]])
+        self.assertEqual(failed, ["bad/a: differs"])
+
+    def test_page(self):
+        page = "before " + report.MARKERS[0] + " old " + report.MARKERS[1] + " after"
+        self.assertEqual(report.replace_between(report.replace_between(page, "x"), "new"),
+                         "before " + report.MARKERS[0] + "\n\nnew\n\n" + report.MARKERS[1] + " after")
+
+
+if __name__ == "__main__":
+    unittest.main()
