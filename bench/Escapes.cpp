@@ -38,13 +38,8 @@ std::string unescape(const Text& text) {
   return result;
 }
 
-// What ours is without the quotes and with capital hexadecimal digits.
-[[maybe_unused]] std::string withoutJsonsWays(std::string_view json) {
-  std::string text(json.substr(1, json.size() - 2));
-  for (std::size_t at = text.find("\\u"); at != std::string::npos; at = text.find("\\u", at + 6)) {
-    for (std::size_t i = at + 2; i < at + 6; ++i) text[i] = static_cast<char>(std::toupper(text[i]));
-  }
-  return text;
+[[maybe_unused]] std::string withoutQuotes(std::string_view json) {
+  return bench::withCapitalDigits(std::string(json.substr(1, json.size() - 2)));
 }
 
 }  // namespace
@@ -68,7 +63,7 @@ void bench::registerCases() {
           return buffer;
         },
         [](const rapidjson::StringBuffer& buffer) {
-          return withoutJsonsWays({buffer.GetString(), buffer.GetSize()});
+          return withoutQuotes({buffer.GetString(), buffer.GetSize()});
         });
     read.peer(
         "RapidJSON",
@@ -85,7 +80,7 @@ void bench::registerCases() {
     write.peer(
         "nlohmann",
         [](const Text& text) { return [value = nlohmann::json(text.plain)] { return value.dump(-1, ' ', true); }; },
-        withoutJsonsWays);
+        withoutQuotes);
     read.peer(
         "nlohmann", [](const Text& text) { return nlohmann::json::parse(text.json); },
         [](const nlohmann::json& value) { return value.get<std::string>(); });

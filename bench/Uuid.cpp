@@ -1,0 +1,140 @@
+#include <sys/random.h>
+
+#include <algorithm>
+#include <map>
+#include <unordered_map>
+
+#include "Tarn/text/ValueReader.h"
+#include "Tarn/uuids/uuid.h"
+#include "bench/Bench.h"
+#include "bench/Texts.h"
+
+#if WITH_ABSL
+#include <absl/strings/escaping.h>
+#endif
+#if WITH_BOOST
+#include <boost/functional/hash.hpp>
+#include <boost/uuid/random_generator.hpp>
+#include <boost/uuid/string_generator.hpp>
+#include <boost/uuid/uuid.hpp>
+#include <boost/uuid/uuid_io.hpp>
+#endif
+#if WITH_LIBUUID
+#include <uuid/uuid.h>
+#endif
+
+namespace {
+
+using bench::Bytes;
+using Tarn::uuids::uuid;
+
+// The next of some identifiers at each call, handed to `use`.
+template <class Id, class Use>
+auto forEach(Use use) {
+  return [use](const std::vector<Bytes>& bytes) {
+    return
+        [use, ids = std::make_shared<const std::vector<Id>>(bench::idsOf<Id>(bytes)), next = std::size_t{0}]() mutable {
+          if (next == ids->size()) next = 0;
+          return use((*ids)[next++]);
+        };
+  };
+}
+
+template <class Use>
+auto forEachText(Use use) {
+  return [use](const std::vector<std::string>& texts) {
+    return [use, next = bench::Cycle(texts)]() mutable { return use(next()); };
+  };
+}
+
+void registerTexts() {
+  const std::vector<Bytes> some = bench::randomBytes(256);
+  auto canonical =
+      bench::compare("uuid to canonical text", some, forEach<uuid>([](const uuid& id) { return id.string(); }));
+  canonical.limit("allocation", [](const std::vector<Bytes>& /*ids*/) { return std::string(36, '0'); });
+  auto brief =
+      bench::compare("uuid to short text", some, forEach<uuid>([](const uuid& id) { return id.toShortString(); }));
+  brief.limit("allocation", [](const std::vector<Bytes>& /*ids*/) { return std::string(24, '0'); });
+
+  std::vector<std::string> texts;
+  for (const uuid& id : bench::idsOf<uuid>(some)) texts.push_back(id.string());
+  auto parse = bench::compare("uuid from text", texts,
+                              forEachText([](const std::string& text) { return *Tarn::parseUuid(text); }));
+#if WITH_ABSL
+  brief.peer("absl::Base64Escape", forEach<Bytes>([](const Bytes& id) {
+               return absl::Base64Escape({reinterpret_cast<const char*>(id.data()), id.size()});
+             }));
+#endif
+#if WITH_BOOST
+  canonical.peer("Boost.Uuid",
+                 forEach<boost::uuids::uuid>([](const boost::uuids::uuid& id) { return boost::uuids::to_string(id); }));
+  parse.peer("Boost.Uuid", forEachText([](const std::string& text) { return boost::uuids::string_generator()(text); }));
+#endif
+#if WITH_LIBUUID
+  canonical.peer("libuuid", forEach<Bytes>([](const Bytes& id) {
+                   std::array<char, 37> text;
+                   uuid_unparse_lower(id.data(), text.data());
+                   return std::string(text.data(), 36);
+                 }));
+  parse.peer("libuuid", forEachText([](const std::string& text) {
+               Bytes id{};
+               uuid_parse(text.c_str(), id.data());
+               return id;
+             }));
+#endif
+}
+
+template <class Id>
+auto sort(const std::vector<Bytes>& bytes) {
+  return [ids = bench::idsOf<Id>(bytes)] {
+    std::vector<Id> sorted = ids;
+    std::sort(sorted.begin(), sorted.end());
+    return std::bit_cast<Bytes>(sorted[sorted.size() / 2]);
+  };
+}
+
+// Finds each identifier in a table of all, in an order unlike that of insertion.
+template <class Id, class Table>
+auto find(const std::vector<Bytes>& bytes) {
+  struct Filled {
+    std::vector<Id> ids;
+    Table table;
+  };
+  auto filled = std::make_shared<Filled>();
+  for (const Id& id : bench::idsOf<Id>(bytes)) filled->table.emplace(id, filled->table.size());
+  for (const std::uint64_t at : bench::shuffled(bytes.size())) filled->ids.push_back(std::bit_cast<Id>(bytes[at]));
+  return [filled, next = bench::Cycle(filled->ids)]() mutable { return filled->table.find(next())->second; };
+}
+
+void registerContainers() {
+  const bench::Sizes sizes = {1000, 100000};
+  auto sorting = bench::compare("uuid sort", {1000000}, bench::randomBytes, sort<uuid>);
+  auto map =
+      bench::compare("uuid find in std::map", sizes, bench::randomBytes, find<uuid, std::map<uuid, std::size_t>>);
+  auto hashed = bench::compare("uuid find in std::unordered_map", sizes, bench::randomBytes,
+                               find<uuid, std::unordered_map<uuid, std::size_t>>);
+#if WITH_BOOST
+  using Other = boost::uuids::uuid;
+  sorting.peer("Boost.Uuid", sort<Other>);
+  map.peer("Boost.Uuid", find<Other, std::map<Other, std::size_t>>);
+  hashed.peer("Boost.Uuid", find<Other, std::unordered_map<Other, std::size_t, boost::hash<Other>>>);
+#endif
+}
+
+void registerGenerate() {
+  bench::compare("uuid::generate", 0, [](int /*none*/) {
+    return uuid::generate();
+  }).limit("getrandom", [](int /*none*/) {
+    Bytes bytes;
+    static_cast<void>(!getrandom(bytes.data(), bytes.size(), 0));
+    return bytes;
+  });
+}
+
+}  // namespace
+
+void bench::registerCases() {
+  registerTexts();
+  registerContainers();
+  registerGenerate();
+}
