@@ -23,7 +23,7 @@ def parse(name):
 
 
 def collect(results):
-    """The times in ns of each (case, size) and side, the fitted laws, the memory counters and what failed."""
+    """The times in ns of each (case, size) and side, the fitted laws, the amounts of memory and what failed."""
     times = collections.defaultdict(lambda: collections.defaultdict(list))
     memory = collections.defaultdict(dict)
     laws, failed = collections.defaultdict(dict), []
@@ -34,8 +34,8 @@ def collect(results):
         elif entry["run_type"] == "aggregate":
             if entry["aggregate_name"] in ("BigO", "RMS"):
                 laws[case].update({key: entry[key] for key in ("big_o", "rms") if key in entry})
-        elif "bytes" in entry:
-            memory[case, size][side] = entry["bytes"]
+        elif "amount" in entry:
+            memory[case, size][side] = entry["amount"]
         else:
             # Processor time, which other programs disturb less; that of threads does not show what they wait.
             threads = entry["threads"]
@@ -100,9 +100,9 @@ def laws_table(laws):
 
 def memory_table(memory):
     yield ["what", "ours", "others"]
-    for key, sides in memory.items():
-        others = ", ".join(f"{side} {count:.0f}" for side, count in sides.items() if side != "ours")
-        yield [show_case(*key), f"{sides['ours']:.0f}", others]
+    for (case, _), sides in memory.items():
+        others = ", ".join(f"{side} {amount:.4g}" for side, amount in sides.items() if side != "ours")
+        yield [case, f"{sides['ours']:.4g}", others]
 
 
 def aligned(table):
@@ -120,6 +120,10 @@ def replace_between(page, text):
     return page[:begin + len(MARKERS[0])] + "\n\n" + text + "\n\n" + page[end:]
 
 
+def missing_peers(results):
+    return next(filter(None, (result["context"].get("missing_peers") for result in results)), None)
+
+
 def main():
     arguments = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     arguments.add_argument("--into", metavar="PAGE")
@@ -130,9 +134,9 @@ def main():
         with open(path, encoding="utf-8") as file:
             results.append(json.load(file))
     times, laws, memory, failed = collect(results)
-    tables = [("Times", times_table(times)), ("Growth", laws_table(laws)), ("Memory in bytes", memory_table(memory))]
+    tables = [("Times", times_table(times)), ("Growth", laws_table(laws)), ("Memory", memory_table(memory))]
     filled = [(title, table) for title, table in ((title, list(rows)) for title, rows in tables) if len(table) > 1]
-    missing = "Peers that were not installed: " + (results[0]["context"].get("missing_peers") or "none") + "."
+    missing = "Peers that were not installed: " + (missing_peers(results) or "none") + "."
     print("\n\n".join([missing, *(f"{title}\n{aligned(table)}" for title, table in filled)]))
     if options.into:
         with open(options.into, encoding="utf-8") as file:

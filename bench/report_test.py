@@ -38,10 +38,10 @@ class ReportTest(unittest.TestCase):
         fit = {"run_type": "aggregate", "run_name": "grow/ours"}
         _, laws, memory, failed = collect(
             fit | {"aggregate_name": "BigO", "big_o": "NlgN"}, fit | {"aggregate_name": "RMS", "rms": 0.031},
-            entry("keys/ours/10", 1, bytes=99.6), entry("keys/maps/10", 1, bytes=80),
+            entry("keys/ours/10", 1, amount=99.6), entry("keys/maps/10", 1, amount=80),
             entry("bad/a", 1, error_occurred=True, error_message="differs"))
         self.assertEqual(list(report.laws_table(laws))[1:], [["grow", "n log n", "3 %"]])
-        self.assertEqual(list(report.memory_table(memory))[1:], [["keys, 10", "100", "maps 80"]])
+        self.assertEqual(list(report.memory_table(memory))[1:], [["keys", "99.6", "maps 80"]])
         self.assertEqual(failed, ["bad/a: differs"])
 
     def test_page(self):

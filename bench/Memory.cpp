@@ -1,0 +1,89 @@
+// What tables and texts take of memory, counted in the bytes that are asked of operator new.
+#include "Tarn/Tarn.h"
+#include "bench/CountingNew.h"
+#include "bench/Tables.h"
+
+namespace {
+
+// Registers what `measure` finds at a size.
+void amount(const std::string& name, std::int64_t size, std::function<double(std::size_t)> measure) {
+  benchmark::RegisterBenchmark(name.c_str(),
+                               [measure](benchmark::State& state) {
+                                 for (auto _ : state)
+                                   state.counters["amount"] = measure(static_cast<std::size_t>(state.range(0)));
+                               })
+      ->Arg(size)
+      ->Iterations(1);
+}
+
+template <class Table, class Tables>
+void bytesAKey(const std::string& side) {
+  amount(std::string(Tables::kName) + ", bytes a key/" + side, 100000, [](std::size_t count) {
+    const auto entries = bench::entriesOf<Tables>(count);
+    const std::size_t before = bench::allocated;
+    const auto table = bench::filled<Table>(entries);
+    return static_cast<double>(bench::allocated - before) / static_cast<double>(count);
+  });
+}
+
+template <class Tables>
+void registerTables() {
+  bytesAKey<typename Tables::Ours, Tables>("ours");
+  bytesAKey<typename Tables::ByHand, Tables>(Tables::kByHand);
+#if WITH_BOOST
+  bytesAKey<typename Tables::Bimap, Tables>("boost::bimap");
+#endif
+}
+
+// The most that is allocated at a time, and what the result keeps, for each byte of the input.
+template <class Input, class Function>
+void peakAByte(const std::string& name, Input (*make)(std::size_t), Function function) {
+  const auto measure = [make, function](bool isPeak) {
+    return [make, function, isPeak](std::size_t size) {
+      const Input input = make(size);
+      const std::size_t before = bench::allocated;
+      bench::peak = before;
+      const auto result = function(input);
+      return static_cast<double>((isPeak ? bench::peak : bench::allocated) - before) / static_cast<double>(size);
+    };
+  };
+  amount(name + ", peak bytes a byte/ours", 1 << 20, measure(true));
+  amount(name + ", peak bytes a byte/the result alone", 1 << 20, measure(false));
+}
+
+template <class Function>
+auto changed(Function function) {
+  return [function](const std::string& text) {
+    std::string copy = text;
+    function(copy);
+    return copy;
+  };
+}
+
+std::string european(std::size_t size) { return bench::kEuropean.withFewEscapes(size); }
+
+void registerTexts() {
+  using std::string;
+  using namespace Tarn;
+  peakAByte("wide of ASCII", bench::ascii, [](const string& text) { return wide(text); });
+  peakAByte("wide of European text", european, [](const string& text) { return wide(text); });
+  peakAByte("controlsToEsc", european, changed([](string& text) { controlsToEsc(text, true); }));
+  peakAByte("escToControls", bench::ascii, changed([](string& text) { escToControls(text, true); }));
+  peakAByte("replaceAll, growing", bench::ascii, changed([](string& text) { replaceAll(text, " ", "__"); }));
+  peakAByte("replaceAll, shrinking", bench::ascii, changed([](string& text) { replaceAll(text, "er ", ""); }));
+  peakAByte("trim", bench::ascii, changed([](string& text) { trim(text); }));
+  peakAByte("string read", bench::ascii, [](const string& text) {
+    ValueReader reader(text);
+    string value;
+    reader >> value;
+    return value;
+  });
+}
+
+}  // namespace
+
+void bench::registerCases() {
+  ::registerTables<StringTables>();
+  ::registerTables<UuidTables>();
+  registerTexts();
+}
