@@ -140,8 +140,8 @@ ExitStatus run(const std::vector<std::string>& arguments) {
   }
   const Options options = parseOptions(*command, arguments);
   // A table that grows on the terminal shows by itself how it gets on.
-  const bool growsThere = command->run == showScans && !options.argument && outputGoesToTerminal();
-  Console console(std::cerr, errorsGoToTerminal() && !growsThere);
+  const bool growsThere = command->run == showScans && !options.argument && isTerminal(1);
+  Console console(std::cerr, isTerminal(2) && !growsThere);
   return command->run(options, console);
 }
 

@@ -333,6 +333,7 @@ says 'reader of the messages goes' err 'many.tsv:1: there is a scan'
 
 # Somebody else writes to the stream meanwhile: it is found out when the stream is read back.
 mkfifo list
+rm err
 "${program[@]}" write ends - < list > out 2> err &
 exec 9> list
 echo bad >&9

@@ -17,10 +17,10 @@ constexpr std::size_t kMostKeys = 3;
 constexpr std::size_t kWidest = 28;
 
 // The keys that most of the scans have, besides the name.
-std::vector<std::string> commonKeys(const std::vector<NumberedRecord>& scans) {
+std::vector<std::string> commonKeys(const std::vector<Record>& records) {
   std::map<std::string, std::size_t> counts;
-  for (const NumberedRecord& scan : scans) {
-    for (const auto& property : scan.record.scan.properties) ++counts[property.first];
+  for (const Record& record : records) {
+    for (const auto& property : record.scan.properties) ++counts[property.first];
   }
   counts.erase(kName);
   std::vector<std::string> keys;
@@ -40,10 +40,10 @@ std::string exactTime(const Tarn::Time& time) {
 
 }  // namespace
 
-void Table::add(NumberedRecord scan) {
+void Table::add(Record record) {
   if (first_.size() == kFirst) finish();
-  if (!widths_.empty()) return print(cells(scan));
-  first_.push_back(std::move(scan));
+  if (!widths_.empty()) return print(cells(record));
+  first_.push_back(std::move(record));
 }
 
 void Table::finish() {
@@ -52,7 +52,7 @@ void Table::finish() {
   std::vector<Row> rows = {{"token", "name", "time"}};
   rows[0].insert(rows[0].end(), keys_.begin(), keys_.end());
   rows[0].emplace_back("uuid");
-  for (const NumberedRecord& scan : first_) rows.push_back(cells(scan));
+  for (const Record& record : first_) rows.push_back(cells(record));
   first_.clear();
   widths_.resize(rows[0].size());
   for (const Row& row : rows) {
@@ -63,11 +63,11 @@ void Table::finish() {
   for (const Row& row : rows) print(row);
 }
 
-Row Table::cells(const NumberedRecord& scan) const {
-  const auto& [id, content] = scan.record;
-  Row row = {std::to_string(scan.token), content.name(), content.time.getTimeStr8()};
+Row Table::cells(const Record& record) const {
+  const auto& [token, id, scan] = record;
+  Row row = {std::to_string(token), scan.name(), scan.time.getTimeStr8()};
   for (const std::string& key : keys_) {
-    row.push_back(content.properties.contains(key) ? content.properties.at(key) : "");
+    row.push_back(scan.properties.contains(key) ? scan.properties.at(key) : "");
   }
   row.push_back(id.toShortString());
   return row;
@@ -82,13 +82,13 @@ void Table::print(const Row& row) {
   out_ << line << '\n';
 }
 
-std::string detailsOf(const NumberedRecord& scan) {
-  const auto& [id, content] = scan.record;
-  std::vector<Row> rows = {{"token", std::to_string(scan.token)},
+std::string detailsOf(const Record& record) {
+  const auto& [token, id, scan] = record;
+  std::vector<Row> rows = {{"token", std::to_string(token)},
                            {"uuid", id.string() + " or " + id.toShortString()},
-                           {"time", exactTime(content.time)}};
+                           {"time", exactTime(scan.time)}};
   const std::size_t own = rows.size();
-  for (const auto& [key, value] : content.properties) rows.push_back({key, value});
+  for (const auto& [key, value] : scan.properties) rows.push_back({key, value});
   std::size_t width = 0;
   for (const Row& row : rows) width = std::max(width, displayWidth(row[0]));
   std::string text;
@@ -99,17 +99,17 @@ std::string detailsOf(const NumberedRecord& scan) {
   return text;
 }
 
-std::string jsonOf(const NumberedRecord& scan) {
-  const auto& [id, content] = scan.record;
+std::string jsonOf(const Record& record) {
+  const auto& [token, id, scan] = record;
   std::string properties;
-  for (const auto& [key, value] : content.properties) {
+  for (const auto& [key, value] : scan.properties) {
     if (key == kName) continue;
     if (!properties.empty()) properties += ',';
     properties += jsonText(key) + ':' + jsonText(value);
   }
-  return "{\"token\":" + std::to_string(scan.token) + ",\"uuid\":" + jsonText(id.string()) +
-         ",\"name\":" + jsonText(content.name()) + ",\"time\":" + jsonText(exactTime(content.time)) +
-         ",\"properties\":{" + properties + "}}";
+  return "{\"token\":" + std::to_string(token) + ",\"uuid\":" + jsonText(id.string()) +
+         ",\"name\":" + jsonText(scan.name()) + ",\"time\":" + jsonText(exactTime(scan.time)) + ",\"properties\":{" +
+         properties + "}}";
 }
 
 }  // namespace catalogue

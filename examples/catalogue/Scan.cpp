@@ -94,7 +94,7 @@ std::optional<Record> parseRecord(std::string_view lines) {
     reader >> idLine >> scan.properties >> scan.time >> lineEnd;
     const auto id = Tarn::parseUuid(idLine);
     const bool isWhole = lineEnd.empty() && reader.rest().empty() && scan.properties.contains(kName);
-    return id && isWhole ? std::optional(Record{*id, std::move(scan)}) : std::nullopt;
+    return id && isWhole ? std::optional(Record{0, *id, std::move(scan)}) : std::nullopt;
   } catch (const std::out_of_range&) {  // No number where the time should have one.
     return std::nullopt;
   }

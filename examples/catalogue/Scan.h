@@ -4,6 +4,7 @@
 
 #include <Tarn/Tarn.h>
 
+#include <cstdint>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -36,6 +37,7 @@ class ScanError : public std::runtime_error {
 Scan parseScan(std::string_view line);
 
 struct Record {
+  std::uint64_t token = 0;  // Its place in the stream, from 0, which the stream does not tell.
   Tarn::uuids::uuid id;
   Scan scan;
 };

@@ -45,10 +45,9 @@ bool LineReader::next() {
 
 double LineReader::done() const { return size_ == 0 ? 0.0 : static_cast<double>(end_) / static_cast<double>(size_); }
 
-RecordReader::RecordReader(const std::filesystem::path& path, Report report)
-    : lines_(path), report_(std::move(report)) {
+RecordReader::RecordReader(const std::filesystem::path& path, Console& console) : lines_(path), console_(console) {
   if (lines_.next() && lines_.hasEnd && lines_.line == StreamNames::S_SCAN_HEADER) return;
-  this->report("the stream does not begin with the header of scan data");
+  report("the stream does not begin with the header of scan data");
   isLost_ = true;
 }
 
@@ -61,16 +60,22 @@ std::optional<Record> RecordReader::next() {
     text_ = lines_.line + '\n';
     const bool hasBody = isRecord && lines_.next();
     if (hasBody) text_ += lines_.line + '\n';
-    std::optional<Record> record = hasBody && lines_.hasEnd ? parseRecord(text_) : std::nullopt;
+    const bool isWhole = hasBody && lines_.hasEnd;
+    std::optional<Record> record = isWhole ? parseRecord(text_) : std::nullopt;
+    console_.advance(lines_.done());
     isLost_ = !record;
     if (record) {
-      ++records_;
+      record->token = records_++;
       return record;
     }
-    const bool isCut = isRecord && (!hasBody || !lines_.hasEnd);
-    report(isCut ? "the record is cut short" : isRecord ? "the record is damaged" : "no record begins here");
+    report(!isRecord ? "no record begins here" : isWhole ? "the record is damaged" : "the record is cut short");
   }
   return std::nullopt;
+}
+
+void RecordReader::report(const std::string& reason) {
+  problems_.push_back({line_, byte_, reason});
+  console_.say(lines_.name() + ':' + std::to_string(line_) + ": byte " + std::to_string(byte_) + ": " + reason);
 }
 
 Appender::Appender(std::filesystem::path path)

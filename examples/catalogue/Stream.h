@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <istream>
 #include <optional>
 #include <string>
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "catalogue/Scan.h"
+#include "catalogue/Terminal.h"
 
 namespace catalogue {
 
@@ -36,12 +36,10 @@ class LineReader {
   std::uint64_t position = 0;  // The byte at which the line begins, from 0.
   bool hasEnd = false;         // Only the last line may have none.
 
-  // How much of the file has been read, 0 to 1; always 0 for what has no size.
-  [[nodiscard]] double done() const;
-
-  [[nodiscard]] std::uint64_t size() const { return size_; }
-
   [[nodiscard]] const std::string& name() const { return name_; }
+  // In bytes, 0 where nobody knows; and how much of it has been read, 0 to 1, or 0.
+  [[nodiscard]] std::uint64_t size() const { return size_; }
+  [[nodiscard]] double done() const;
 
  private:
   std::string name_;
@@ -58,31 +56,29 @@ struct Problem {
   std::string reason;
 };
 
-// The records of a stream, one after the other. Where one cannot be read, a problem is reported and reading goes on at
-// the next line that is a uuid.
+// The records of a stream, one after the other. Where one cannot be read, that is a problem, and reading goes on at the
+// next line that is a uuid. The console is told each problem, and how reading gets on.
 class RecordReader {
  public:
-  using Report = std::function<void(const Problem&)>;
-
-  RecordReader(const std::filesystem::path& path, Report report);
+  RecordReader(const std::filesystem::path& path, Console& console);
 
   std::optional<Record> next();
 
-  // Of the record that was taken last: its place among those that can be read, from 0; its two lines.
-  [[nodiscard]] std::uint64_t token() const { return records_ - 1; }
+  // The two lines of the record that was taken last, and a problem with them.
   [[nodiscard]] const std::string& text() const { return text_; }
-  // Reports a problem there.
-  void report(const std::string& reason) const { report_({line_, byte_, reason}); }
+  void report(const std::string& reason);
 
-  [[nodiscard]] double done() const { return lines_.done(); }
+  [[nodiscard]] const std::vector<Problem>& problems() const { return problems_; }
+  [[nodiscard]] const std::string& name() const { return lines_.name(); }
 
  private:
   LineReader lines_;
-  Report report_;
+  Console& console_;
+  std::vector<Problem> problems_;
   std::uint64_t records_ = 0;
-  std::size_t line_ = 1;
-  std::uint64_t byte_ = 0;
   std::string text_;
+  std::size_t line_ = 1;  // Where the text begins.
+  std::uint64_t byte_ = 0;
   bool isLost_ = false;
 };
 

@@ -10,8 +10,6 @@ std::vector<std::string> catalogue::startProgram(int argc, char** argv) {
   return {argv + 1, argv + argc};
 }
 
-bool catalogue::outputGoesToTerminal() { return isatty(STDOUT_FILENO) != 0; }
-
-bool catalogue::errorsGoToTerminal() { return isatty(STDERR_FILENO) != 0; }
+bool catalogue::isTerminal(int descriptor) { return isatty(descriptor) != 0; }
 
 bool catalogue::meansClosedPipe(int error) { return error == EPIPE; }

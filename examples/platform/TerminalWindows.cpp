@@ -21,8 +21,6 @@ std::vector<std::string> catalogue::startProgram(int, char**) {
   return arguments;
 }
 
-bool catalogue::outputGoesToTerminal() { return _isatty(1) != 0; }
-
-bool catalogue::errorsGoToTerminal() { return _isatty(2) != 0; }
+bool catalogue::isTerminal(int descriptor) { return _isatty(descriptor) != 0; }
 
 bool catalogue::meansClosedPipe(int error) { return error == EPIPE || error == EINVAL; }
