@@ -249,6 +249,15 @@ TEST(Time, Milliseconds) {
                                          {-0.25, -250},  {-5.0, 0},    {-0.9999, -1000}};
   for (const auto& [seconds, milliseconds] : rows) EXPECT_EQ(at(seconds).getMSec(), milliseconds) << seconds;
   EXPECT_EQ(at(10.9996).getSec(), 10);
+  Generate generate(34);
+  for (int i = 0; i < 20000; ++i) {  // Halves of milliseconds, and what is next to them.
+    double fraction = static_cast<double>(generate.below(2001)) / 2000.0;
+    fraction = i % 3 == 0 ? fraction : std::nextafter(fraction, i % 3 == 1 ? 2.0 : -1.0);
+    const double sign = i % 2 == 0 ? 1.0 : -1.0;
+    const double seconds = sign * (static_cast<double>(generate.below(i % 4 < 2 ? 2 : 2000000000)) + fraction);
+    const double whole = std::trunc(std::trunc(seconds * 1e7) / 1e7);
+    EXPECT_EQ(at(seconds).getMSec(), std::min(static_cast<int>(std::round((seconds - whole) * 1000.0)), 999));
+  }
 }
 
 template <class Integer>
@@ -281,18 +290,24 @@ TEST(Time, SetsEveryKindOfNumber) {
   EXPECT_EQ(time.getLastTime(), current);
 }
 
-TEST(Time, ComparesFields) {
+// Pairs that are near each other, days apart, and as far apart as the zone can matter; some of them not in the
+// calendar.
+TEST_P(TimeInZones, ComparesFields) {
   Generate generate(32);
-  for (int i = 0; i < 5000; ++i) {
-    const double seconds =
-        static_cast<double>(generate.below(4)) * 86400 + static_cast<double>(generate.below(3000)) / 3e3;
+  for (const std::time_t start : someSeconds()) {
+    constexpr int kDistances[] = {0, 1, 3599, 3600, 3601, 7200, 86400, 345599, 345600, 345601, 10000000};
+    const double sign = generate.below(2) == 0 ? -1.0 : 1.0;
+    const double seconds = static_cast<double>(start) + static_cast<double>(generate.below(3000)) / 3e3;
     const Time a = at(seconds);
-    const Time b = at(static_cast<double>(generate.below(4)) * 86400 + static_cast<double>(generate.below(3000)) / 3e3);
+    const Time b = at(std::floor(seconds) + sign * kDistances[generate.below(std::size(kDistances))] +
+                      static_cast<double>(generate.below(3000)) / 3e3);
     const int order = fieldsOf(a) < fieldsOf(b) ? -1 : fieldsOf(b) < fieldsOf(a) ? 1 : 0;
-    EXPECT_EQ(Time::compare(a, b), order);
+    EXPECT_EQ(Time::compare(a, b), order) << seconds << ' ' << b.getLastTime();
     EXPECT_EQ(Time::compare(b, a), -order);
   }
   EXPECT_EQ(Time::compare(at(100.0001), at(100.0003)), 0);
+  EXPECT_EQ(Time::compare(at(-5.0), at(1e300)), 0);
+  EXPECT_EQ(Time::compare(at(-0.25), at(-1.25)), 1);  // The first is within the calendar.
 }
 
 TEST(Time, TimesOutOnTheSteadyClock) {

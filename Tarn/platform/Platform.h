@@ -14,14 +14,13 @@ namespace Tarn::platform {
 // The bytes of a new uuid, in the order of its canonical text.
 std::array<unsigned char, 16> newUuid();
 
-// Break whole seconds since 1970-01-01 UTC down into local time or UTC. False, and the fields are unspecified, if the
-// runtime cannot.
+// Breaks whole seconds since 1970-01-01 UTC down into local time. False, and the fields are unspecified, if the runtime
+// cannot.
 bool toLocalTime(std::int64_t seconds, std::tm& fields);
-bool toUtc(std::int64_t seconds, std::tm& fields);
 
-// Whole seconds since 1970-01-01 UTC of local calendar fields that lie in their ranges, `tm_isdst` negative; negative
-// if the runtime cannot tell or the time is earlier.
-std::int64_t fromLocalTime(std::tm fields);
+// Whole seconds since 1970-01-01 UTC at which local clocks show what a clock without a zone shows `local` seconds after
+// 1970-01-01 00:00:00; negative if the runtime cannot tell or the time is earlier.
+std::int64_t fromLocalTime(std::int64_t local);
 
 }  // namespace Tarn::platform
 

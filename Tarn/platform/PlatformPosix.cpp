@@ -32,17 +32,11 @@ bool toLocalTime(std::int64_t seconds, std::tm& fields) {
   return localtime_r(&time, &fields) != nullptr;
 }
 
-bool toUtc(std::int64_t seconds, std::tm& fields) {
-  const std::time_t time = seconds;
-  return gmtime_r(&time, &fields) != nullptr;
-}
-
 // Not by mktime: it reads the zone anew at every call, under a lock that threads then wait for. A day before and a day
 // behind have the two offsets that can hold at a local time. The one before is right in the first of a repeated hour,
 // and moves a missing hour forward.
-std::int64_t fromLocalTime(std::tm fields) {
+std::int64_t fromLocalTime(std::int64_t local) {
   constexpr std::int64_t kDay = 86400;
-  const std::int64_t local = timegm(&fields);
   const std::int64_t offsetBefore = offsetAt(local - kDay);
   if (offsetAt(local - offsetBefore) == offsetBefore) return local - offsetBefore;
   const std::int64_t offsetBehind = offsetAt(local + kDay);

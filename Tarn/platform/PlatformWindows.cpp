@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "Tarn/platform/GuidFields.h"
+#include "Tarn/platform/PlainClock.h"
 
 namespace Tarn::platform {
 
@@ -23,11 +24,9 @@ bool toLocalTime(std::int64_t seconds, std::tm& fields) {
   return _localtime64_s(&fields, &time) == 0;
 }
 
-bool toUtc(std::int64_t seconds, std::tm& fields) {
-  const __time64_t time = seconds;
-  return _gmtime64_s(&fields, &time) == 0;
+std::int64_t fromLocalTime(std::int64_t local) {
+  std::tm fields = plainFields(local);
+  return _mktime64(&fields);
 }
-
-std::int64_t fromLocalTime(std::tm fields) { return _mktime64(&fields); }
 
 }  // namespace Tarn::platform

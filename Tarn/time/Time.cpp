@@ -3,10 +3,10 @@
 #include "Tarn/time/Time.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
-#include <cmath>
+#include <cstdlib>
 
+#include "Tarn/platform/PlainClock.h"
 #include "Tarn/platform/Platform.h"
 #include "Tarn/time/internal/Calendar.h"
 
@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::int64_t kTicksPerSecond = 10'000'000;
 constexpr std::int64_t kTicksPerMillisecond = 10'000;
+constexpr std::int64_t kZoneSpan = 172800;  // Seconds that no zone's offset reaches: two days.
 constexpr double kSecondsPerTick = 1e-7;
 constexpr double kSecondsPerNanosecond = 1e-9;
 
@@ -34,23 +35,6 @@ std::int64_t daysOfMonth(std::int64_t month) {
   return era * kDaysPerEra + std::chrono::sys_days(first).time_since_epoch().count();
 }
 
-// The fields that a clock without a zone shows. The inverse of `secondsOf` near the calendar range.
-std::tm brokenDown(std::int64_t seconds) {
-  constexpr std::int64_t kSecondsPerDay = 86400;
-  const std::int64_t days = floorDivide(seconds, kSecondsPerDay);
-  const auto second = static_cast<int>(seconds - days * kSecondsPerDay);
-  const std::chrono::year_month_day date{std::chrono::sys_days(std::chrono::days(days))};
-  std::tm fields{};
-  fields.tm_year = static_cast<int>(date.year()) - 1900;
-  fields.tm_mon = static_cast<int>(static_cast<unsigned>(date.month())) - 1;
-  fields.tm_mday = static_cast<int>(static_cast<unsigned>(date.day()));
-  fields.tm_hour = second / 3600;
-  fields.tm_min = second / 60 % 60;
-  fields.tm_sec = second % 60;
-  fields.tm_isdst = -1;  // The runtime decides.
-  return fields;
-}
-
 // What setting never converts: a day at either end, so that no zone takes the result out of the range.
 bool isGuarded(const internal::CalendarFields& fields) {
   const bool firstMorning = fields.year == 1970 && fields.month == 1 && fields.day == 1 && fields.hour <= 12;
@@ -59,22 +43,39 @@ bool isGuarded(const internal::CalendarFields& fields) {
 }
 
 // Whole seconds since 1970-01-01 UTC of local fields in any range; 0 where they are guarded or outside the calendar.
-std::int64_t fromLocalFields(const internal::CalendarFields& fields) {
-  constexpr std::int64_t kZoneSpan = 172800;  // Two days, more than any zone's offset.
+std::int64_t wholeSecondsOf(const internal::CalendarFields& fields) {
   if (isGuarded(fields)) return 0;
   const std::int64_t local = internal::secondsOf(fields);
   if (local < -kZoneSpan || local > internal::kLastCalendarSecond + kZoneSpan) return 0;
-  const std::int64_t seconds = platform::fromLocalTime(brokenDown(local));
+  const std::int64_t seconds = platform::fromLocalTime(local);
   return internal::isInCalendar(seconds) ? seconds : 0;
 }
 
-internal::CalendarFields localFields(double time) { return internal::toFields(internal::toLocalTime(time)); }
+internal::CalendarFields toFields(const std::tm& broken) {
+  return {broken.tm_year + 1900, broken.tm_mon + 1, broken.tm_mday, broken.tm_hour, broken.tm_min, broken.tm_sec};
+}
 
-std::optional<std::tm> breakDown(double time, bool (*convert)(std::int64_t, std::tm&)) {
-  const std::optional<std::int64_t> seconds = internal::wholeSeconds(time);
-  std::tm fields{};
-  if (!seconds || !internal::isInCalendar(*seconds) || !convert(*seconds, fields)) return std::nullopt;
-  return fields;
+template <class T>
+int order(const T& a, const T& b) {
+  return a < b ? -1 : b < a ? 1 : 0;
+}
+
+// The order of `localFields(a)` and `localFields(b)`, converting only where the zone can matter.
+int orderOfFields(double a, double b) {
+  const std::int64_t secondsA = internal::calendarSeconds(a);
+  const std::int64_t secondsB = internal::calendarSeconds(b);
+  const bool bothAreIn = secondsA >= 0 && secondsB >= 0;
+  if (!bothAreIn || secondsA == secondsB || std::abs(secondsA - secondsB) > 2 * kZoneSpan) {
+    return order(secondsA, secondsB);
+  }
+  return order(internal::localFields(a), internal::localFields(b));
+}
+
+// Rounds a number that an `int` can hold, halves away from zero, as `std::round` does by a call.
+int rounded(double number) {
+  const int whole = static_cast<int>(number);
+  const double rest = number - whole;
+  return whole + (rest >= 0.5 ? 1 : 0) - (rest <= -0.5 ? 1 : 0);
 }
 
 }  // namespace
@@ -86,14 +87,33 @@ std::optional<std::int64_t> internal::wholeSeconds(double time) {
   return static_cast<std::int64_t>(ticks) / kTicksPerSecond;
 }
 
-internal::CalendarFields internal::toFields(const std::optional<std::tm>& broken) {
-  if (!broken) return {};
-  return {broken->tm_year + 1900, broken->tm_mon + 1, broken->tm_mday, broken->tm_hour, broken->tm_min, broken->tm_sec};
+std::int64_t internal::calendarSeconds(double time) {
+  const std::optional<std::int64_t> seconds = wholeSeconds(time);
+  return seconds && isInCalendar(*seconds) ? *seconds : -1;
 }
 
-std::optional<std::tm> internal::toLocalTime(double time) { return breakDown(time, platform::toLocalTime); }
+std::optional<std::tm> internal::toLocalTime(double time) {
+  const std::int64_t seconds = calendarSeconds(time);
+  std::tm fields{};
+  if (seconds < 0 || !platform::toLocalTime(seconds, fields)) return std::nullopt;
+  return fields;
+}
 
-std::optional<std::tm> internal::toUtc(double time) { return breakDown(time, platform::toUtc); }
+internal::CalendarFields internal::localFields(double time) {
+  const std::int64_t seconds = calendarSeconds(time);
+  std::tm fields;
+  return seconds >= 0 && platform::toLocalTime(seconds, fields) ? toFields(fields) : CalendarFields{};
+}
+
+internal::CalendarFields internal::utcFields(double time) {
+  const std::int64_t seconds = calendarSeconds(time);
+  return seconds >= 0 ? toFields(platform::plainFields(seconds)) : CalendarFields{};
+}
+
+double internal::fromLocalFields(const CalendarFields& fields, int millisecond) {
+  const std::int64_t ticks = wholeSecondsOf(fields) * kTicksPerSecond + millisecond * kTicksPerMillisecond;
+  return static_cast<double>(ticks) * kSecondsPerTick;
+}
 
 std::int64_t internal::secondsOf(const CalendarFields& fields) {
   const std::int64_t month = std::int64_t{fields.year} * 12 + fields.month - 1;
@@ -102,12 +122,11 @@ std::int64_t internal::secondsOf(const CalendarFields& fields) {
   return minute * 60 + fields.second;
 }
 
-Time::Time() { setTime(0.0); }
+Time::Time() : Time(0.0, realTimeToMonotonic(0.0)) {}
 
 Time Time::now() {
-  Time time;
-  time.saveCurrentTime();
-  return time;
+  const double current = calcCurrentTimeStatic();  // The system clock first.
+  return {current, calcCurrentMonotonicTimeStatic()};
 }
 
 void Time::setTime(double seconds) {
@@ -118,9 +137,7 @@ void Time::setTime(double seconds) {
 void Time::setTime(const long long& seconds) { setTime(static_cast<double>(seconds)); }
 
 void Time::setTime(int year, int month, int day, int hour, int minute, int second, int millisecond) {
-  const std::int64_t seconds = fromLocalFields({year, month, day, hour, minute, second});
-  const std::int64_t ticks = seconds * kTicksPerSecond + millisecond * kTicksPerMillisecond;
-  setTime(static_cast<double>(ticks) * kSecondsPerTick);
+  setTime(internal::fromLocalFields({year, month, day, hour, minute, second}, millisecond));
 }
 
 double Time::getCurrentTime() {
@@ -132,35 +149,30 @@ double Time::getLastTime() const { return absTime; }
 
 double Time::getAbsLastTime() const { return absTime; }
 
-int Time::getYear() const { return localFields(absTime).year; }
+int Time::getYear() const { return internal::localFields(absTime).year; }
 
-int Time::getMonth() const { return localFields(absTime).month; }
+int Time::getMonth() const { return internal::localFields(absTime).month; }
 
-int Time::getDay() const { return localFields(absTime).day; }
+int Time::getDay() const { return internal::localFields(absTime).day; }
 
-int Time::getHour() const { return localFields(absTime).hour; }
+int Time::getHour() const { return internal::localFields(absTime).hour; }
 
-int Time::getMin() const { return localFields(absTime).minute; }
+int Time::getMin() const { return internal::localFields(absTime).minute; }
 
-int Time::getSec() const { return localFields(absTime).second; }
+int Time::getSec() const { return internal::localFields(absTime).second; }
 
 int Time::getMSec() const {
   const std::optional<std::int64_t> seconds = internal::wholeSeconds(absTime);
   if (!seconds) return 0;
   const double fraction = absTime - static_cast<double>(*seconds);
-  return std::min(static_cast<int>(std::round(fraction * 1000.0)), 999);
+  return std::min(rounded(fraction * 1000.0), 999);
 }
 
 std::tm Time::getTimeStruct() const { return internal::toLocalTime(absTime).value_or(std::tm{}); }
 
 int Time::compare(const Time& a, const Time& b) {
-  const auto fieldsOf = [](const Time& time) {
-    const internal::CalendarFields local = localFields(time.absTime);
-    return std::array{local.year, local.month, local.day, local.hour, local.minute, local.second, time.getMSec()};
-  };
-  const auto fieldsOfA = fieldsOf(a);
-  const auto fieldsOfB = fieldsOf(b);
-  return fieldsOfA < fieldsOfB ? -1 : fieldsOfB < fieldsOfA ? 1 : 0;
+  const int byFields = orderOfFields(a.absTime, b.absTime);
+  return byFields != 0 ? byFields : order(a.getMSec(), b.getMSec());
 }
 
 bool Time::isTimeOut(double timeout) const { return calcCurrentMonotonicTimeStatic() - monotonicTime > timeout; }

@@ -121,6 +121,8 @@ class Time {
   [[nodiscard]] TARN_API static Time fromIsoTimeStrIgnoringTimeZone(const std::string& text);
 
  private:
+  Time(double absolute, double monotonic) : absTime(absolute), monotonicTime(monotonic) {}
+
   TARN_API void saveCurrentTime();
   TARN_API static double calcCurrentTimeStatic();
   TARN_API static double calcCurrentMonotonicTimeStatic();

@@ -1,11 +1,16 @@
-// Layouts of digits are written here, which is faster than the runtime and the same on every platform; only the two
-// with words, which depend on the locale, are the runtime's.
+// Layouts of digits are written here, which is faster than the runtime and the same on every platform: the text is made
+// of the layout, and then each number put in its place. Only the two with words, which depend on the locale, are the
+// runtime's.
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <istream>
+#include <optional>
 #include <ostream>
+#include <string>
 #include <string_view>
 
 #include "Tarn/text/ValueReader.h"
@@ -18,56 +23,53 @@ namespace {
 
 using internal::CalendarFields;
 
-// Writes a number from 0 up with zeros in front to this width. Gives the end of what was written.
-char* putPadded(char* out, int number, int width) {
-  int size = 1;
-  for (int rest = number / 10; rest > 0; rest /= 10) ++size;
-  size = std::max(size, width);
-  for (int i = size; i > 0; number /= 10) out[--i] = static_cast<char>('0' + number % 10);
-  return out + size;
-}
+// A text in which each "00" is the place of a number below 100.
+template <std::size_t kSize>
+struct Layout {
+  consteval Layout(const char (&characters)[kSize]) : text(std::to_array(characters)) {}
 
-// The fields in a layout of strftime's letters: Y m d H M S, y for the year's last two digits, and N for a year that is
-// not padded. Every layout here has room for 32 characters.
-std::string inLayout(const CalendarFields& fields, std::string_view layout) {
-  std::array<char, 32> text;
-  char* out = text.data();
-  for (std::size_t i = 0; i < layout.size(); ++i) {
-    if (layout[i] != '%') {
-      *out++ = layout[i];
-      continue;
+  template <std::size_t kCount>
+  consteval std::array<std::size_t, kCount> places() const {
+    std::array<std::size_t, kCount> found{};
+    std::size_t count = 0;
+    for (std::size_t i = 0; i + 1 < kSize; ++i) {
+      if (text[i] == '0' && text[i + 1] == '0') found.at(count++) = i++;
     }
-    switch (layout[++i]) {
-      case 'Y':
-        out = putPadded(out, fields.year, 4);
-        break;
-      case 'N':
-        out = putPadded(out, fields.year, 1);
-        break;
-      case 'y':
-        out = putPadded(out, fields.year % 100, 2);
-        break;
-      case 'm':
-        out = putPadded(out, fields.month, 2);
-        break;
-      case 'd':
-        out = putPadded(out, fields.day, 2);
-        break;
-      case 'H':
-        out = putPadded(out, fields.hour, 2);
-        break;
-      case 'M':
-        out = putPadded(out, fields.minute, 2);
-        break;
-      default:
-        out = putPadded(out, fields.second, 2);
-    }
+    if (count != kCount) throw "a layout takes as many numbers as it has places";
+    return found;
   }
-  return {text.data(), out};
+
+  std::array<char, kSize> text;
+};
+
+// The two digits of every number below 100: "000102" and so on.
+constexpr std::array<char, 200> kPairs = [] {
+  std::array<char, 200> pairs{};
+  for (std::size_t i = 0; i < 100; ++i) {
+    pairs[2 * i] = static_cast<char>('0' + i / 10);
+    pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+  }
+  return pairs;
+}();
+
+void putPair(char* out, int number) { std::memcpy(out, kPairs.data() + 2 * static_cast<std::size_t>(number), 2); }
+
+// The layout with these numbers in its places, in turn. The places are known to the compiler.
+template <Layout layout, class... Numbers>
+std::string inLayout(Numbers... numbers) {
+  constexpr auto kPlaces = layout.template places<sizeof...(Numbers)>();
+  std::string text(layout.text.data(), layout.text.size() - 1);
+  const std::size_t* place = kPlaces.data();
+  char* const out = text.data();
+  (putPair(out + *place++, numbers), ...);
+  return text;
 }
 
-std::string localInLayout(double time, std::string_view layout) {
-  return inLayout(internal::toFields(internal::toLocalTime(time)), layout);
+// "2024-03-05 14:07:09" in the punctuation of the layout.
+template <Layout layout>
+std::string inIsoOrder(const CalendarFields& fields) {
+  return inLayout<layout>(fields.year / 100, fields.year % 100, fields.month, fields.day, fields.hour, fields.minute,
+                          fields.second);
 }
 
 // A layout with words. Without calendar fields there is nothing to say.
@@ -78,63 +80,100 @@ std::string inRuntimeLayout(double time, const char* layout) {
   return {text.data(), std::strftime(text.data(), text.size(), layout, &*fields)};
 }
 
-// The zone designator of local fields at a time in whole seconds. The runtimes disagree on "%z": some give a name.
-std::string zoneDesignator(const CalendarFields& local, std::int64_t seconds) {
-  const std::int64_t offset = internal::secondsOf(local) - seconds;
-  const auto minutes = static_cast<int>(std::abs(offset) / 60);
-  if (offset >= 0 && minutes == 0) return "Z";
-  std::array<char, 6> text;
-  text[0] = offset < 0 ? '-' : '+';
-  putPadded(text.data() + 1, minutes / 60, 2);
-  text[3] = ':';
-  putPadded(text.data() + 4, minutes % 60, 2);
-  return {text.data(), text.size()};
+// What a clock of these fields is ahead of UTC at a time in whole seconds. The runtimes disagree on "%z": some give a
+// name.
+std::int64_t offsetOf(const CalendarFields& local, std::int64_t seconds) {
+  return internal::secondsOf(local) - seconds;
+}
+
+// A number below 100, without a zero in front. Gives the end of what was written.
+char* putPlain(char* out, int number) {
+  if (number >= 10) {
+    putPair(out, number);
+    return out + 2;
+  }
+  *out = static_cast<char>('0' + number);
+  return out + 1;
 }
 
 }  // namespace
 
 std::string Time::getTimeStr() const { return inRuntimeLayout(absTime, "%c"); }
 
-std::string Time::getTimeStr2() const { return localInLayout(absTime, "%d.%m.%Y at %H:%M:%S"); }
+std::string Time::getTimeStr2() const {
+  const CalendarFields local = internal::localFields(absTime);
+  return inLayout<"00.00.0000 at 00:00:00">(local.day, local.month, local.year / 100, local.year % 100, local.hour,
+                                            local.minute, local.second);
+}
 
 std::string Time::getTimeStr3() const { return inRuntimeLayout(absTime, "%A, %B %d, %Y at %H:%M:%S"); }
 
 std::string Time::getTimeStr4() const {
-  // Before the epoch milliseconds are negative: the zeros go by the number, the minus comes behind them.
+  const CalendarFields local = internal::localFields(absTime);
   const int milliseconds = getMSec();
-  const std::string_view zeros = milliseconds < 10 ? "00" : milliseconds < 100 ? "0" : "";
-  return localInLayout(absTime, "%H:%M:%S:").append(zeros).append(std::to_string(milliseconds));
+  std::string text = inLayout<"00:00:00:000">(local.hour, local.minute, local.second, std::max(milliseconds, 0) / 10);
+  if (milliseconds >= 0) {
+    text.back() = static_cast<char>('0' + milliseconds % 10);
+  } else {
+    text.replace(text.size() - 1, 1, std::to_string(milliseconds));  // Before the epoch: behind two zeros.
+  }
+  return text;
 }
 
-std::string Time::getTimeStr5() const { return localInLayout(absTime, "%d.%m.%N"); }
-
-std::string Time::getTimeStr6() const { return localInLayout(absTime, "%y%m%d"); }
-
-std::string Time::getTimeStr7() const { return localInLayout(absTime, "%y%m%d_%H%M%S"); }
-
-std::string Time::getTimeStr8() const { return localInLayout(absTime, "%Y-%m-%d %H:%M:%S"); }
-
-std::string Time::getTimeStr9() const {
-  return inLayout(internal::toFields(internal::toUtc(absTime)), "%Y-%m-%dT%H:%M:%SZ");
+std::string Time::getTimeStr5() const {
+  const CalendarFields local = internal::localFields(absTime);
+  if (local.year == 0) return "00.00.0";
+  return inLayout<"00.00.0000">(local.day, local.month, local.year / 100, local.year % 100);
 }
+
+std::string Time::getTimeStr6() const {
+  const CalendarFields local = internal::localFields(absTime);
+  return inLayout<"000000">(local.year % 100, local.month, local.day);
+}
+
+std::string Time::getTimeStr7() const {
+  const CalendarFields local = internal::localFields(absTime);
+  return inLayout<"000000_000000">(local.year % 100, local.month, local.day, local.hour, local.minute, local.second);
+}
+
+std::string Time::getTimeStr8() const { return inIsoOrder<"0000-00-00 00:00:00">(internal::localFields(absTime)); }
+
+std::string Time::getTimeStr9() const { return inIsoOrder<"0000-00-00T00:00:00Z">(internal::utcFields(absTime)); }
 
 std::string Time::getIsoTimeStr() const {
-  const std::optional<std::tm> broken = internal::toLocalTime(absTime);
-  const CalendarFields fields = internal::toFields(broken);
-  const std::string zone = broken ? zoneDesignator(fields, *internal::wholeSeconds(absTime)) : "Z";
-  return inLayout(fields, "%Y-%m-%dT%H:%M:%S").append(zone);
+  const CalendarFields local = internal::localFields(absTime);
+  const std::int64_t offset = local.year != 0 ? offsetOf(local, internal::calendarSeconds(absTime)) : 0;
+  const auto minutes = static_cast<int>(std::abs(offset) / 60);
+  if (offset >= 0 && minutes == 0) return inIsoOrder<"0000-00-00T00:00:00Z">(local);
+  std::string text =
+      inLayout<"0000-00-00T00:00:00+00:00">(local.year / 100, local.year % 100, local.month, local.day, local.hour,
+                                            local.minute, local.second, minutes / 60, minutes % 60);
+  if (offset < 0) text[19] = '-';
+  return text;
 }
 
 std::ostream& operator<<(std::ostream& stream, const Time& time) {
-  const CalendarFields fields = internal::toFields(internal::toLocalTime(time.getLastTime()));
+  const CalendarFields fields = internal::localFields(time.getLastTime());
   return stream << fields.day << "." << fields.month << "." << fields.year << " " << fields.hour << ":" << fields.minute
                 << ":" << fields.second << ":" << time.getMSec();
 }
 
 std::string& operator<<(std::string& buffer, const Time& time) {
-  const CalendarFields fields = internal::toFields(internal::toLocalTime(time.getLastTime()));
-  return buffer << fields.day << '.' << fields.month << '.' << fields.year << ' ' << fields.hour << ':' << fields.minute
-                << ':' << fields.second << ':' << time.getMSec();
+  const CalendarFields fields = internal::localFields(time.getLastTime());
+  const int milliseconds = time.getMSec();
+  std::array<char, 32> text;  // Holds eight numbers of two digits, six separators, and milliseconds down to -1000.
+  char* out = putPlain(text.data(), fields.day);
+  *out++ = '.';
+  out = putPlain(out, fields.month);
+  *out++ = '.';
+  out = std::to_chars(out, text.end(), fields.year).ptr;
+  *out++ = ' ';
+  for (const int number : {fields.hour, fields.minute, fields.second}) {
+    out = putPlain(out, number);
+    *out++ = ':';
+  }
+  out = std::to_chars(out, text.end(), milliseconds).ptr;
+  return buffer.append(text.data(), out);
 }
 
 namespace {

@@ -2,6 +2,7 @@
 #ifndef TARN_TIME_INTERNAL_CALENDAR_H_
 #define TARN_TIME_INTERNAL_CALENDAR_H_
 
+#include <compare>
 #include <cstdint>
 #include <ctime>
 #include <optional>
@@ -17,7 +18,11 @@ constexpr bool isInCalendar(std::int64_t seconds) { return seconds >= 0 && secon
 // fit 64 bits.
 std::optional<std::int64_t> wholeSeconds(double time);
 
-// The fields as they are read and shown: the full year, the month from 1. All zero outside the calendar range.
+// The same; -1 outside the calendar range.
+std::int64_t calendarSeconds(double time);
+
+// The fields as they are read and shown: the full year, the month from 1. All zero outside the calendar range, where
+// years otherwise have four digits.
 struct CalendarFields {
   int year = 0;
   int month = 0;
@@ -25,13 +30,18 @@ struct CalendarFields {
   int hour = 0;
   int minute = 0;
   int second = 0;
+
+  friend auto operator<=>(const CalendarFields& a, const CalendarFields& b) = default;
 };
 
-CalendarFields toFields(const std::optional<std::tm>& broken);
+CalendarFields localFields(double time);
+CalendarFields utcFields(double time);
 
-// The broken-down time; nothing outside the calendar range.
+// The broken-down local time; nothing outside the calendar range.
 std::optional<std::tm> toLocalTime(double time);
-std::optional<std::tm> toUtc(double time);
+
+// The time at which local clocks show these fields, by the rules of `Time::setTime`.
+double fromLocalFields(const CalendarFields& fields, int millisecond);
 
 // The seconds since 1970-01-01 00:00:00 of fields in any range, on a clock without a zone. Months and what is smaller
 // carry over.
