@@ -22,6 +22,11 @@ TEST(PrintF, FormatsOnce) {
   const PrintF text("%d|%5.2f|%s|%s|%c|%zu|%d", 42, 2.125F, std::string("a\0b", 3), "lit", 'x', sizeof(char), kThree);
   EXPECT_EQ(std::string(text), "42| 2.12|a|lit|x|1|3");
   EXPECT_EQ(std::string(text), std::string(text));
+  PrintF named("%s", std::string(50, 'x'));
+  const auto size = [](const std::string& bound) { return bound.size(); };
+  const std::string taken = named;
+  EXPECT_EQ(taken.size() + std::string(named).size() + size(named), 150U);  // It keeps its text,
+  EXPECT_EQ(size(PrintF("%d", 7)) + size(std::move(named)), 51U);           // but for whom it is moved to.
   EXPECT_EQ(std::string(PrintF("100 %%")), "100 %");
   EXPECT_EQ(std::string(PrintF("a%cb", '\0')), "a");
 }

@@ -49,7 +49,7 @@ class TARN_API IProgress {
 /// The hub owns copies of the observers for as long as it lives. An observer runs on the thread that made the change,
 /// in a copy taken for that pass, with no lock held: it may call the hub, and what it adds is called from the next
 /// pass on. An exception that it throws reaches the caller of the change; the observers behind it are not called, the
-/// change stays. If the copy cannot be made, what that throws reaches the caller, too, and nothing has changed.
+/// change stays. So it does if the copy cannot be made: what that throws reaches the caller, no observer is called.
 ///
 /// Threads: any number may call any member at once. Passes of different threads may overlap and overtake each other,
 /// so an observer of a hub that several threads change sees values out of order unless it serialises them itself.

@@ -7,16 +7,31 @@
 #include "Tarn/text/internal/Characters.h"
 
 namespace Tarn {
+namespace {
+
+// Makes the text that of the format, up to its first NUL; empty if the runtime cannot format it.
+void print(std::string& text, const char* format, std::va_list arguments) {
+  std::array<char, 1000> buffer;
+  const int length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
+  text.assign(length >= 0 ? buffer.data() : "");
+}
+
+}  // namespace
 
 PrintF::operator std::string() const { return text_; }
 
-std::string PrintF::printf_apply(const char* format, ...) {
-  std::array<char, 1000> buffer{};
+void PrintF::apply(const char* format, ...) {
   std::va_list arguments;
   va_start(arguments, format);
-  const int length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
+  print(text_, format, arguments);
   va_end(arguments);
-  text_ = length >= 0 ? buffer.data() : "";
+}
+
+std::string PrintF::printf_apply(const char* format, ...) {
+  std::va_list arguments;
+  va_start(arguments, format);
+  print(text_, format, arguments);
+  va_end(arguments);
   return text_;
 }
 

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include "Tarn/Export.h"
 
@@ -34,11 +35,17 @@ class PrintF {
   /// The text of the format and its arguments.
   template <PrintFArgument... Arguments>
   explicit PrintF(const char* format, const Arguments&... arguments) {
-    printf_apply(format, pass(arguments)...);
+    apply(format, pass(arguments)...);
   }
 
   /// A copy of the text.
   TARN_API operator std::string() const;
+
+  /// The text without a copy, of a temporary such as those above.
+  template <std::same_as<std::string> Text>
+  operator Text() && {
+    return std::move(text_);
+  }
 
  private:
   template <class T>
@@ -47,6 +54,8 @@ class PrintF {
   }
   static const char* pass(const std::string& argument) { return argument.c_str(); }
 
+  // Sets the text; the other one gives a copy of it besides.
+  TARN_API void apply(const char* format, ...);
   TARN_API std::string printf_apply(const char* format, ...);
 
   std::string text_;
