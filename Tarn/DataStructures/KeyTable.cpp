@@ -13,6 +13,11 @@ bool KeyTable::addEntry(std::uint64_t token, const std::string& key) {
 }
 
 void KeyTable::addTable(const std::vector<KeyTableEntry>& entries) {
+  // Room at once where the list is most of the table; a row of short lists grows it as single entries do.
+  if (entries.size() > tokenToKeyMap.size()) {
+    tokenToKeyMap.reserve(tokenToKeyMap.size() + entries.size());
+    keyToTokenMap.reserve(keyToTokenMap.size() + entries.size());
+  }
   for (const KeyTableEntry& entry : entries) addEntry(entry.token, entry.key);
 }
 

@@ -43,11 +43,13 @@ class KeyTable {
   /// A table filled by `addTable(entries)`.
   TARN_API explicit KeyTable(const std::vector<KeyTableEntry>& entries);
 
-  /// Registers a pair. A key that is registered already keeps its first token.
+  /// Registers a pair. A key that is registered already keeps its first token. If allocation throws, nothing has
+  /// changed, or the token has its key and the key not yet its token.
   /// @return false, and nothing changes, when the token is present.
   TARN_API bool addEntry(std::uint64_t token, const std::string& key);
 
   /// Registers the entries from first to last, each as `addEntry` does; an entry whose token is present is skipped.
+  /// Quicker than one by one where the list is most of the table. If allocation throws, the entries before stay.
   TARN_API void addTable(const std::vector<KeyTableEntry>& entries);
 
   /// The number of tokens.

@@ -32,11 +32,8 @@ class TARN_API IProgress {
 
  protected:
   IProgress() = default;
-  /// Only what derives from it can be copied.
-  /// @{
   IProgress(const IProgress&) = default;
   IProgress& operator=(const IProgress&) = default;
-  /// @}
 };
 
 /// Keeps a progress value and a step text and passes every change to its observers, in the order they were added.
@@ -49,7 +46,7 @@ class TARN_API IProgress {
 /// The hub owns copies of the observers for as long as it lives. An observer runs on the thread that made the change,
 /// in a copy taken for that pass, with no lock held: it may call the hub, and what it adds is called from the next
 /// pass on. An exception that it throws reaches the caller of the change; the observers behind it are not called, the
-/// change stays. So it does if the copy cannot be made: what that throws reaches the caller, no observer is called.
+/// change stays. So it is when allocation throws while the observers are copied: none is called then.
 ///
 /// Threads: any number may call any member at once. Passes of different threads may overlap and overtake each other,
 /// so an observer of a hub that several threads change sees values out of order unless it serialises them itself.

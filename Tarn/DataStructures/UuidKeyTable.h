@@ -33,7 +33,8 @@ namespace Tarn::DataStructures {
 /// any other on the same table.
 class UuidKeyTable {
  public:
-  /// Registers a pair. A uuid that is registered already keeps its first token.
+  /// Registers a pair. A uuid that is registered already keeps its first token. If allocation throws, nothing has
+  /// changed, or the token has its uuid and the uuid not yet its token.
   /// @return false, and nothing changes, when the token is present.
   TARN_API bool addEntry(std::uint64_t token, const uuids::uuid& key);
 

@@ -137,8 +137,9 @@ class Time {
 /// check the separators, only that there is a character where one belongs; numbers that are missing at the end count
 /// as 0, and the seven go to `setTime`. `Time` can be read from a `ValueReader`, too.
 ///
-/// On a buffer, something that is no number where one belongs throws `std::out_of_range` with "invalid string
-/// position": the time is unchanged then, and the buffer has lost what was read before. A stream is left failed.
+/// Appending to a buffer leaves it as it was if allocation throws. Reading from one, something that is no number where
+/// one belongs throws `std::out_of_range` with "invalid string position": the time is unchanged then, and the buffer
+/// has lost what was read before. A stream is left failed.
 /// @{
 
 /// Writes or reads a time in the form above.
