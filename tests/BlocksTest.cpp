@@ -49,6 +49,7 @@ TYPED_TEST(Blocks, OperateOnEachByte) {
     expectEach(blockA & blockB, a, b, [&](int x, int y) { return x & y; });
     expectEach(blockA | blockB, a, b, [&](int x, int y) { return x | y; });
     expectEach(sameLetters(blockA, blockB), a, b, [&](int x, int y) { return isTrue(lower(x) == lower(y)); });
+    expectEach(TypeParam::of(a[0]), a, b, [&](int, int) { return a[0]; });
     const auto expectIn = [&](auto sought) {
       expectEach(sought.in(blockA), a, b, [&](int x, int) { return isTrue(isOf(static_cast<char>(x), sought)); });
     };

@@ -77,8 +77,14 @@ TEST(StringUtilities, SearchesAsALoopDoes) {
 TEST(StringUtilities, AgreesWithPlainDefinitions) {
   Generate generate(3);
   for (int i = 0; i < 20000; ++i) {
-    const std::string text = generate.text(std::string_view("aab\0", i % 2 == 0 ? 3 : 4), 24);
-    const std::string from = generate.text(std::string_view("ab\0", 3), 3);
+    const bool repeats = i % 4 == 0;  // Much fits in part only.
+    const std::string text = repeats ? generate.text("aaaaaaaaaaaaab", 300)
+                                     : generate.text(std::string_view("aab\0", i % 2 == 0 ? 3 : 4), 40);
+    std::string from = generate.text(std::string_view("ab\0", 3), 3);
+    if (repeats && !text.empty()) {
+      from = text.substr(generate.below(text.size()), generate.below(60));
+      if (!from.empty() && generate.below(2) == 0) from[generate.below(from.size())] = 'b';
+    }
     const std::string to = generate.text("ab", 4);
     testing::ScopedTrace at(__FILE__, __LINE__, text + '|' + from + '|' + to);
     EXPECT_EQ(findLastOf(text, from), plainFindLast(text, from));
@@ -109,6 +115,18 @@ TEST(StringUtilities, ReplacesTheTextByItself) {
   std::string many(300000, 'a');
   replaceAll(many, "a", "bc");
   EXPECT_EQ(many.size(), 600000U);
+}
+
+// Each would take minutes if every place where the needle might stand were compared with all of it.
+TEST(StringUtilities, SearchesAreLinear) {
+  const std::string text(10000000, 'a');
+  const std::string run(3000000, 'a');
+  const std::string needle = run + 'b' + run;
+  EXPECT_EQ(findLastOf(text, needle), -1);
+  EXPECT_EQ(findLastOf(needle + text, needle), 0);
+  std::string replaced = text + needle + needle + text;
+  replaceAll(replaced, needle, "c");
+  EXPECT_EQ(replaced, text + "cc" + text);
 }
 
 struct Trim {

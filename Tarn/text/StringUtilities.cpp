@@ -10,6 +10,7 @@
 #include "Tarn/text/WideText.h"
 #include "Tarn/text/internal/Blocks.h"
 #include "Tarn/text/internal/Characters.h"
+#include "Tarn/text/internal/Search.h"
 
 namespace Tarn {
 namespace {
@@ -39,29 +40,30 @@ std::basic_string_view<Character> untilNul(const std::basic_string<Character>& t
 }
 
 // Replaces by moving the kept pieces together, within the text. Needs `to` to be no longer than `from`.
-template <class Text>
-void replaceShrinking(Text& text, const Text& from, const Text& to, std::size_t hit) {
+template <class Text, class Finder>
+void replaceShrinking(Text& text, const Text& from, const Text& to, Finder& finder, std::size_t hit) {
   std::size_t read = hit;
   auto* out = text.data() + hit;
   while (hit != Text::npos) {
     out = std::copy(text.data() + read, text.data() + hit, out);
     out = std::copy(to.begin(), to.end(), out);
     read = hit + from.size();
-    hit = text.find(from, read);
+    hit = finder.find(text, read);
   }
   out = std::copy(text.data() + read, text.data() + text.size(), out);
   text.resize(static_cast<std::size_t>(out - text.data()));
 }
 
 // Replaces into a new text.
-template <class Text>
-void replaceGrowing(Text& text, const Text& from, const Text& to, std::size_t hit) {
+template <class Text, class Finder>
+void replaceGrowing(Text& text, const Text& from, const Text& to, Finder& finder, std::size_t hit) {
   Text result;
+  result.reserve(text.size() + text.size() / 16 + to.size());  // Enough for one hit, and for few in a long text.
   std::size_t read = 0;
   while (hit != Text::npos) {
     result.append(text, read, hit - read).append(to);
     read = hit + from.size();
-    hit = text.find(from, read);
+    hit = finder.find(text, read);
   }
   result.append(text, read);
   text = std::move(result);
@@ -70,13 +72,14 @@ void replaceGrowing(Text& text, const Text& from, const Text& to, std::size_t hi
 template <class Text>
 void replaceAllIn(Text& text, const Text& from, const Text& to) {
   if (from.empty()) return;
-  const std::size_t hit = text.find(from);
+  internal::Finder<typename Text::value_type> finder(from, text.size());
+  const std::size_t hit = finder.find(text, 0);
   if (hit == Text::npos) return;
   const bool sharesText = &from == &text || &to == &text;
   if (to.size() > from.size() || sharesText) {
-    replaceGrowing(text, from, to, hit);
+    replaceGrowing(text, from, to, finder, hit);
   } else {
-    replaceShrinking(text, from, to, hit);
+    replaceShrinking(text, from, to, finder, hit);
   }
 }
 
@@ -163,7 +166,7 @@ int findValidNumberChar(const std::string& text, int start) { return findClass(t
 int findLastOf(const std::string& text, const std::string& needle) {
   const std::string_view sought = untilNul(needle);
   if (sought.empty()) return -1;
-  return toPosition(untilNul(text).rfind(sought));
+  return toPosition(internal::findLast(untilNul(text), sought));
 }
 
 int findLastOf(const std::string& text, char character, int start) {
@@ -171,8 +174,9 @@ int findLastOf(const std::string& text, char character, int start) {
   const auto first = static_cast<std::size_t>(start);
   const std::size_t end = std::min(text.find('\0', first), text.size());
   if (character == '\0') return toPosition(end);
-  const std::size_t found = std::string_view(text).substr(first, end - first).rfind(character);
-  return found == kNone ? -1 : toPosition(first + found);
+  const char* const begin = text.data() + first;
+  const char* const behind = internal::findBehindLast(begin, text.data() + end, internal::OneByte{character});
+  return behind == begin ? -1 : toPosition(static_cast<std::size_t>(behind - text.data()) - 1);
 }
 
 bool startsWith(const std::string& text, const std::string& prefix) { return text.starts_with(prefix); }

@@ -58,7 +58,7 @@ TARN_API void trim(std::string& text);
 ///
 ///     findLastOf("aaa", "aa");  // 1: occurrences may overlap
 ///
-/// Up to the product of both lengths, for texts that repeat themselves.
+/// Linear in both texts. Throws nothing: on texts that repeat themselves it uses some memory if there is any.
 /// @return its position, or -1 if there is none or the needle is empty.
 [[nodiscard]] TARN_API int findLastOf(const std::string& text, const std::string& needle);
 

@@ -34,6 +34,12 @@ class PlainBlock {
     return block;
   }
   void store(char* to) const { std::memcpy(to, bytes_.data(), kBlockSize); }
+  // The same byte sixteen times.
+  static PlainBlock of(char byte) {
+    PlainBlock block;
+    block.bytes_.fill(static_cast<unsigned char>(byte));
+    return block;
+  }
 
   // Which bytes are the same in both.
   friend PlainBlock operator==(const PlainBlock& a, const PlainBlock& b) {
@@ -91,6 +97,7 @@ class Block {
  public:
   static Block load(const char* from) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from)); }
   void store(char* to) const { _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes_); }
+  static Block of(char byte) { return _mm_set1_epi8(byte); }
 
   friend Block operator==(Block a, Block b) { return _mm_cmpeq_epi8(a.bytes_, b.bytes_); }
   friend Block operator&(Block a, Block b) { return _mm_and_si128(a.bytes_, b.bytes_); }
@@ -98,13 +105,13 @@ class Block {
 
   template <ByteRange kRange>
   [[nodiscard]] Block in() const {
-    if constexpr (kRange.first == kRange.last) return *this == all(kRange.first);
+    if constexpr (kRange.first == kRange.last) return *this == of(static_cast<char>(kRange.first));
     if constexpr (kRange.first == 0x80 && kRange.last == 0xFF) return _mm_cmplt_epi8(bytes_, _mm_setzero_si128());
-    const Block offsets = _mm_sub_epi8(bytes_, all(kRange.first).bytes_);
-    return offsets == Block(_mm_min_epu8(offsets.bytes_, all(kRange.last - kRange.first).bytes_));
+    const Block offsets = _mm_sub_epi8(bytes_, of(static_cast<char>(kRange.first)).bytes_);
+    return offsets == Block(_mm_min_epu8(offsets.bytes_, of(static_cast<char>(kRange.last - kRange.first)).bytes_));
   }
   friend Block sameLetters(Block a, Block b) {
-    const Block caseBit = all(0x20);
+    const Block caseBit = of(0x20);
     const Block letterCase = (a | caseBit).in<ByteRange{'a', 'z'}>() & caseBit;
     const __m128i difference = _mm_xor_si128(a.bytes_, b.bytes_);
     return _mm_cmpeq_epi8(_mm_andnot_si128(letterCase.bytes_, difference), _mm_setzero_si128());
@@ -116,7 +123,6 @@ class Block {
 
  private:
   Block(__m128i bytes) : bytes_(bytes) {}
-  static Block all(int byte) { return _mm_set1_epi8(static_cast<char>(byte)); }
   [[nodiscard]] unsigned mask() const { return static_cast<unsigned>(_mm_movemask_epi8(bytes_)); }
 
   __m128i bytes_;
@@ -128,6 +134,7 @@ class Block {
  public:
   static Block load(const char* from) { return vld1q_u8(reinterpret_cast<const unsigned char*>(from)); }
   void store(char* to) const { vst1q_u8(reinterpret_cast<unsigned char*>(to), bytes_); }
+  static Block of(char byte) { return vdupq_n_u8(static_cast<unsigned char>(byte)); }
 
   friend Block operator==(Block a, Block b) { return vceqq_u8(a.bytes_, b.bytes_); }
   friend Block operator&(Block a, Block b) { return vandq_u8(a.bytes_, b.bytes_); }
@@ -138,7 +145,7 @@ class Block {
     return vcleq_u8(vsubq_u8(bytes_, vdupq_n_u8(kRange.first)), vdupq_n_u8(kRange.last - kRange.first));
   }
   friend Block sameLetters(Block a, Block b) {
-    const Block caseBit = vdupq_n_u8(0x20);
+    const Block caseBit = of(0x20);
     const Block letterCase = (a | caseBit).in<ByteRange{'a', 'z'}>() & caseBit;
     const uint8x16_t difference = veorq_u8(a.bytes_, b.bytes_);
     return vceqzq_u8(vbicq_u8(difference, letterCase.bytes_));
@@ -182,6 +189,18 @@ struct ByteClass {
     for (std::size_t i = 0; i < holds.size(); ++i) holds[i] = ((kRanges.first <= i && i <= kRanges.last) || ...);
     return holds;
   }();
+};
+
+// A single byte, known at run time.
+struct OneByte {
+  char byte;
+
+  [[nodiscard]] bool holds(char other) const { return other == byte; }
+
+  template <class B>
+  [[nodiscard]] B in(B block) const {
+    return block == B::of(byte);
+  }
 };
 
 // The first byte of the class, or the end.
