@@ -45,10 +45,9 @@ constexpr std::array<std::array<char, 2>, 256> kHexDigits = [] {
 char* putUnicodeEscape(char* out, unsigned character) {
   *out++ = '\\';
   *out++ = 'u';
-  for (const auto& digits : {kHexDigits[character >> 8U], kHexDigits[character & 0xFFU]}) {
-    out = std::copy(digits.begin(), digits.end(), out);
-  }
-  return out;
+  const auto& high = kHexDigits[character >> 8U];
+  const auto& low = kHexDigits[character & 0xFFU];
+  return std::copy(low.begin(), low.end(), std::copy(high.begin(), high.end(), out));
 }
 
 // Writes what stands for a character that is not plain.
@@ -62,6 +61,28 @@ char* putEscape(char* out, char16_t character, bool unicodeEscapes) {
     *out++ = '\\';
     *out++ = shortEscape(character);
   }
+  return out;
+}
+
+// Copies the text in front of the first byte of a class to `out`, which has room for all that is left, moves `at` there
+// and gives the end of the copy. If it is in the same text, `out` must not be behind `at`.
+template <bool kInSameText, class Class>
+char* copyUntil(const char*& at, const char* end, char* out, Class sought) {
+  while (end - at >= internal::kBlockSize) {
+    const auto block = internal::Block::load(at);
+    const auto found = sought.in(block);
+    if (found.any()) {
+      const char* const run = at;
+      at += found.first();
+      if (kInSameText && run - out < internal::kBlockSize) return std::copy(run, at, out);
+      block.store(out);
+      return out + found.first();
+    }
+    block.store(out);
+    at += internal::kBlockSize;
+    out += internal::kBlockSize;
+  }
+  while (at != end && !internal::isOf(*at, sought)) *out++ = *at++;
   return out;
 }
 
@@ -79,32 +100,16 @@ class Escaper {
     char* out = piece_.data();
     const char* const stop = at_ + std::min<std::ptrdiff_t>(end_ - at_, kPiece);
     while (at_ < stop) {
-      out = copyPlain(out, stop);
-      for (; at_ < stop && !isPlain(*at_);)
+      out = copyUntil<false>(at_, stop, out, kEscaped);
+      while (at_ < stop && !isPlain(*at_)) {
         out = putEscape(out, internal::takeWideCharacter(at_, end_), unicodeEscapes_);
+      }
     }
     return {piece_.data(), static_cast<std::size_t>(out - piece_.data())};
   }
 
  private:
-  static constexpr std::ptrdiff_t kPiece = 512;
-
-  // Copies what stays as it is.
-  char* copyPlain(char* out, const char* stop) {
-    while (stop - at_ >= internal::kBlockSize) {
-      const auto block = internal::Block::load(at_);
-      block.store(out);
-      const auto escaped = kEscaped.in(block);
-      if (escaped.any()) {
-        at_ += escaped.first();
-        return out + escaped.first();
-      }
-      at_ += internal::kBlockSize;
-      out += internal::kBlockSize;
-    }
-    while (at_ < stop && isPlain(*at_)) *out++ = *at_++;
-    return out;
-  }
+  static constexpr std::ptrdiff_t kPiece = 1024;
 
   const char* at_;
   const char* end_;
@@ -114,7 +119,9 @@ class Escaper {
 
 constexpr internal::ByteClass<internal::ByteRange{'\\', '\\'}> kBackslash;
 
-// The value of four hexadecimal digits; above 0xFFFF if one of them is none.
+constexpr unsigned kNoHexValue = 0x10000;
+
+// The value of four hexadecimal digits, if they are.
 unsigned hexValue(const char* digits) {
   unsigned value = 0;
   unsigned malformed = 0;
@@ -123,93 +130,89 @@ unsigned hexValue(const char* digits) {
     malformed |= digit & 0xF0U;
     value = (value << 4U) | digit;
   }
-  return malformed != 0 ? 0x10000 : value;
+  return malformed != 0 ? kNoHexValue : value;
 }
 
-// The length of the escape whose backslash begins the text, or 0 if it is malformed.
-std::ptrdiff_t escapeLength(const char* escape, const char* end, bool unicodeEscapes) {
-  if (end - escape == 1) return 1;
+// Takes the escape that begins a text, writes what it stands for to `out`, which is never longer, and gives the end of
+// that. A malformed escape is left, and nothing is given.
+char* takeEscape(const char*& at, const char* end, char* out, bool unicodeEscapes) {
+  const char* const escape = at;
+  if (end - escape == 1) {
+    at = end;
+    return out;
+  }
+  at += 2;
   switch (escape[1]) {
     case 'n':
+      *out = '\n';
+      return out + 1;
     case 'r':
+      *out = '\r';
+      return out + 1;
     case '"':
     case '\\':
-      return 2;
+      *out = escape[1];
+      return out + 1;
     case 'u':
-      if (!unicodeEscapes) return 2;
-      return end - escape >= 6 && hexValue(escape + 2) <= 0xFFFF ? 6 : 0;
+      if (!unicodeEscapes) return std::copy(escape, at, out);
+      if (const unsigned value = end - at >= 4 ? hexValue(at) : kNoHexValue; value != kNoHexValue) {
+        at += 4;
+        return internal::putUtf8(out, value);
+      }
+      [[fallthrough]];
     default:
-      return 0;
+      at = escape;
+      return nullptr;
   }
-}
-
-// Writes what the well-formed escape at `escape` stands for, which is never longer than the escape.
-char* putPlain(char* out, const char* escape, std::ptrdiff_t length) {
-  if (length == 6) return internal::putUtf8(out, hexValue(escape + 2));
-  if (length == 1) return out;
-  switch (escape[1]) {
-    case 'n':
-      *out++ = '\n';
-      break;
-    case 'r':
-      *out++ = '\r';
-      break;
-    case 'u':
-      *out++ = '\\';
-      *out++ = 'u';
-      break;
-    default:
-      *out++ = escape[1];
-  }
-  return out;
 }
 
 // The backslash of the first malformed escape, or the end.
 const char* findMalformed(const char* at, const char* end, bool unicodeEscapes) {
+  std::array<char, 4> ignored;
   while ((at = internal::findFirst(at, end, kBackslash)) != end) {
     do {
-      const std::ptrdiff_t length = escapeLength(at, end, unicodeEscapes);
-      if (length == 0) return at;
-      at += length;
+      if (takeEscape(at, end, ignored.data(), unicodeEscapes) == nullptr) return at;
     } while (at != end && *at == '\\');
   }
   return end;
 }
 
-// Copies the text in front of the next backslash to `out`, which is in the same text and not behind `at`.
-char* moveToBackslash(const char*& at, const char* end, char* out) {
-  while (end - at >= internal::kBlockSize) {
-    const auto block = internal::Block::load(at);
-    const auto backslash = kBackslash.in(block);
-    if (backslash.any()) {
-      const char* const run = at;
-      at += backslash.first();
-      if (run - out < internal::kBlockSize) return std::copy(run, at, out);
-      block.store(out);
-      return out + backslash.first();
-    }
-    block.store(out);
-    at += internal::kBlockSize;
-    out += internal::kBlockSize;
+// Writes what a text stands for to `out`, up to its end or a malformed escape, to which it moves `at`.
+template <bool kInSameText>
+char* unescape(const char*& at, const char* end, char* out, bool unicodeEscapes) {
+  while ((out = copyUntil<kInSameText>(at, end, out, kBackslash), at != end)) {
+    do {
+      char* const behind = takeEscape(at, end, out, unicodeEscapes);
+      if (behind == nullptr) return out;
+      out = behind;
+    } while (at != end && *at == '\\');
   }
-  while (at != end && *at != '\\') *out++ = *at++;
   return out;
 }
 
-// Unescapes a text without malformed escapes from its first backslash on.
-void unescapeFrom(std::string& text, std::size_t backslash, bool unicodeEscapes) {
-  char* out = text.data() + backslash;
-  const char* at = out;
-  const char* const end = text.data() + text.size();
-  while (at != end) {
-    do {
-      const std::ptrdiff_t length = escapeLength(at, end, unicodeEscapes);
-      out = putPlain(out, at, length);
-      at += length;
-    } while (at != end && *at == '\\');
-    out = moveToBackslash(at, end, out);
-  }
-  text.resize(static_cast<std::size_t>(out - text.data()));
+// The end of an unescaped text, or the malformed escape for which it was left as it was.
+struct Unescaped {
+  char* end = nullptr;
+  const char* malformed = nullptr;
+};
+
+constexpr std::ptrdiff_t kShortText = 8192;
+
+// Unescapes a short text, by way of the stack.
+Unescaped unescapeShort(char* begin, const char* end, bool unicodeEscapes) {
+  std::array<char, kShortText> plain;
+  const char* at = begin;
+  const char* const plainEnd = unescape<false>(at, end, plain.data(), unicodeEscapes);
+  if (at != end) return {.malformed = at};
+  return {.end = std::copy(static_cast<const char*>(plain.data()), plainEnd, begin)};
+}
+
+// Unescapes a text in its place, after a look at all of it.
+Unescaped unescapeLong(char* begin, const char* end, bool unicodeEscapes) {
+  const char* const malformed = findMalformed(begin, end, unicodeEscapes);
+  if (malformed != end) return {.malformed = malformed};
+  const char* at = begin;
+  return {.end = unescape<true>(at, end, begin, unicodeEscapes)};
 }
 
 using ByteSet = std::array<bool, 256>;
@@ -244,10 +247,15 @@ void controlsToEsc(std::string& text, bool unicodeEscapes) {
 int escToControls(std::string& text, bool unicodeEscapes) {
   const std::size_t backslash = internal::findFirstOf(text, kBackslash);
   if (backslash == kNone) return -1;
+  char* const begin = text.data() + backslash;
   const char* const end = text.data() + text.size();
-  const char* const malformed = findMalformed(text.data() + backslash, end, unicodeEscapes);
-  if (malformed != end) return malformed - text.data() <= INT_MAX ? static_cast<int>(malformed - text.data()) : -1;
-  unescapeFrom(text, backslash, unicodeEscapes);
+  const Unescaped unescaped =
+      end - begin <= kShortText ? unescapeShort(begin, end, unicodeEscapes) : unescapeLong(begin, end, unicodeEscapes);
+  if (unescaped.malformed != nullptr) {
+    const std::ptrdiff_t position = unescaped.malformed - text.data();
+    return position <= INT_MAX ? static_cast<int>(position) : -1;
+  }
+  text.resize(static_cast<std::size_t>(unescaped.end - text.data()));
   return -1;
 }
 
