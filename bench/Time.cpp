@@ -153,22 +153,21 @@ void registerFields() {
   bench::compare("time getter", input(), year).limit("localtime_r", local);
 }
 
-// A call costs this from each of two threads.
+// What a call costs in each of two threads that make it at once.
+template <class Call>
+void registerThreads(const std::string& name, Call call) {
+  bench::compare(name + ", two threads", input(), call)
+      .threads(2)
+      .peer("one thread", call)
+      .threads(1)
+      .limit("localtime_r", local)
+      .threads(2);
+}
+
 void registerThreads() {
-  const auto layout = [](const Input& input) { return input.time.getTimeStr8(); };
-  bench::compare("time getter, two threads", input(), year)
-      .threads(2)
-      .peer("one thread", year)
-      .limit("localtime_r", local)
-      .threads(2);
-  bench::compare("time layout 8, two threads", input(), layout)
-      .threads(2)
-      .peer("one thread", layout)
-      .limit("localtime_r", local)
-      .threads(2);
-  bench::compare("localtime_r, two threads", input(), [](const Input& input) { return local(input).tm_year; })
-      .threads(2)
-      .peer("one thread", [](const Input& input) { return local(input).tm_year; });
+  registerThreads("time getter", year);
+  registerThreads("time layout 8", [](const Input& input) { return input.time.getTimeStr8(); });
+  registerThreads("localtime_r", [](const Input& input) { return local(input).tm_year; });
 }
 
 }  // namespace

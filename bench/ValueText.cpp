@@ -81,7 +81,6 @@ void registerMaps() {
     reader >> entries;
     return entries;
   });
-  read.limit("copy of the map", [](const Map& map) { return map.entries; });
 #if WITH_RAPIDJSON
   write.peer(
       "RapidJSON",

@@ -37,11 +37,10 @@ def collect(results):
         elif "amount" in entry:
             memory[case, size][side] = entry["amount"]
         else:
-            # Processor time, which other programs disturb less; that of threads does not show what they wait.
-            threads = entry["threads"]
-            unit = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[entry["time_unit"]]
-            time = entry["cpu_time"] if threads == 1 else entry["real_time"] * threads
-            times[case, size][side].append(time * unit)
+            # Processor time, which other programs disturb less; but of threads, that does not show how long they wait.
+            has_threads = "/threads:" in entry["run_name"]
+            time = entry["real_time"] * entry["threads"] if has_threads else entry["cpu_time"]
+            times[case, size][side].append(time * {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[entry["time_unit"]])
     return times, laws, memory, failed
 
 

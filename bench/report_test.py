@@ -25,7 +25,8 @@ class ReportTest(unittest.TestCase):
             entry("slow/a", 0.032, time_unit="us"), entry("slow/b", 16), entry("slow/limit copy", 2),
             entry("fast/ours/9", 2000), entry("fast/a/9", 8000),
             entry("beyond/ours", 50), entry("beyond/a", 80), entry("beyond/beyond call", 40),
-            entry("threads/ours", 1, real_time=10, threads=2), entry("threads/one thread", 25),
+            entry("threads/ours/threads:2", 1, real_time=10, threads=2),
+            entry("threads/one thread/threads:1", 1, real_time=25),
             entry("alone/ours", 1))
         self.assertEqual(list(report.times_table(times))[1:], [
             ["threads", "20 ns", "one thread", "25 ns", "0.80", "", "", ""],
