@@ -62,7 +62,9 @@ auto bind(const Side& side, const Input& input) {
 
 template <class A, class B>
 bool same(const A& a, const B& b) {
-  if constexpr (requires { a == b; }) {
+  if constexpr (std::integral<A> && std::integral<B> && !std::same_as<A, B>) {
+    return static_cast<std::int64_t>(a) == static_cast<std::int64_t>(b);
+  } else if constexpr (requires { a == b; }) {
     return a == b;
   } else {
     static_assert(std::is_trivially_copyable_v<A> && std::is_trivially_copyable_v<B> && sizeof(A) == sizeof(B));
@@ -84,6 +86,12 @@ class Cycle {
   const std::vector<T>* values_;
   std::size_t next_ = 0;
 };
+
+// A side that takes one of the input's values at a call.
+template <class Use>
+auto each(Use use) {
+  return [use](const auto& values) { return [use, next = Cycle(values)]() mutable { return use(next()); }; };
+}
 
 template <class Input, class Ours>
 class Case {

@@ -1,16 +1,8 @@
 #include "Tarn/text/Escapes.h"
 
 #include "bench/Bench.h"
+#include "bench/Json.h"
 #include "bench/Texts.h"
-
-#if WITH_RAPIDJSON
-#include <rapidjson/document.h>
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-#endif
-#if WITH_NLOHMANN_JSON
-#include <nlohmann/json.hpp>
-#endif
 
 namespace {
 
@@ -38,10 +30,6 @@ std::string unescape(const Text& text) {
   return result;
 }
 
-[[maybe_unused]] std::string withoutQuotes(std::string_view json) {
-  return bench::withCapitalDigits(std::string(json.substr(1, json.size() - 2)));
-}
-
 }  // namespace
 
 void bench::registerCases() {
@@ -58,13 +46,10 @@ void bench::registerCases() {
         "RapidJSON",
         [](const Text& text) {
           rapidjson::StringBuffer buffer;
-          rapidjson::Writer<rapidjson::StringBuffer, rapidjson::UTF8<>, rapidjson::ASCII<>> writer(buffer);
-          writer.String(text.plain.data(), static_cast<rapidjson::SizeType>(text.plain.size()));
+          AsciiWriter(buffer).String(text.plain.data(), static_cast<rapidjson::SizeType>(text.plain.size()));
           return buffer;
         },
-        [](const rapidjson::StringBuffer& buffer) {
-          return withoutQuotes({buffer.GetString(), buffer.GetSize()});
-        });
+        [](const rapidjson::StringBuffer& buffer) { return insideOf(buffer.GetString()); });
     read.peer(
         "RapidJSON",
         [](const Text& text) {
@@ -80,7 +65,7 @@ void bench::registerCases() {
     write.peer(
         "nlohmann",
         [](const Text& text) { return [value = nlohmann::json(text.plain)] { return value.dump(-1, ' ', true); }; },
-        withoutQuotes);
+        insideOf);
     read.peer(
         "nlohmann", [](const Text& text) { return nlohmann::json::parse(text.json); },
         [](const nlohmann::json& value) { return value.get<std::string>(); });

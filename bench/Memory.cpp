@@ -51,29 +51,21 @@ void peakAByte(const std::string& name, Input (*make)(std::size_t), Function fun
   amount(name + ", peak bytes a byte/the result alone", 1 << 20, measure(false));
 }
 
-template <class Function>
-auto changed(Function function) {
-  return [function](const std::string& text) {
-    std::string copy = text;
-    function(copy);
-    return copy;
-  };
-}
-
 std::string european(std::size_t size) { return bench::kEuropean.withFewEscapes(size); }
+
+using bench::changed;
 
 void registerTexts() {
   using std::string;
-  using namespace Tarn;
-  peakAByte("wide of ASCII", bench::ascii, [](const string& text) { return wide(text); });
-  peakAByte("wide of European text", european, [](const string& text) { return wide(text); });
-  peakAByte("controlsToEsc", european, changed([](string& text) { controlsToEsc(text, true); }));
-  peakAByte("escToControls", bench::ascii, changed([](string& text) { escToControls(text, true); }));
-  peakAByte("replaceAll, growing", bench::ascii, changed([](string& text) { replaceAll(text, " ", "__"); }));
-  peakAByte("replaceAll, shrinking", bench::ascii, changed([](string& text) { replaceAll(text, "er ", ""); }));
-  peakAByte("trim", bench::ascii, changed([](string& text) { trim(text); }));
+  peakAByte("wide of ASCII", bench::ascii, [](const string& text) { return Tarn::wide(text); });
+  peakAByte("wide of European text", european, [](const string& text) { return Tarn::wide(text); });
+  peakAByte("controlsToEsc", european, changed([](string& text) { Tarn::controlsToEsc(text, true); }));
+  peakAByte("escToControls", bench::ascii, changed([](string& text) { Tarn::escToControls(text, true); }));
+  peakAByte("replaceAll, growing", bench::ascii, changed([](string& text) { Tarn::replaceAll(text, " ", "__"); }));
+  peakAByte("replaceAll, shrinking", bench::ascii, changed([](string& text) { Tarn::replaceAll(text, "er ", ""); }));
+  peakAByte("trim", bench::ascii, changed(Tarn::trim));
   peakAByte("string read", bench::ascii, [](const string& text) {
-    ValueReader reader(text);
+    Tarn::ValueReader reader(text);
     string value;
     reader >> value;
     return value;

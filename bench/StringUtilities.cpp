@@ -53,14 +53,13 @@ void registerTrim() {
 template <class IsWanted>
 void registerSearch(const string& name, const string& pattern, int (*ours)(const string&, int), const string& wanted,
                     IsWanted isWanted) {
-  const auto toInt = [](std::size_t at) { return static_cast<int>(at); };
-  bench::compare(name, kSizes, filledWith(pattern[0], pattern.substr(1)),
-                 [ours](const string& text) { return ours(text, 0); })
-      .peer(
-          "find_first_of", [wanted](const string& text) { return text.find_first_of(wanted); }, toInt)
-      .peer("find_if", [isWanted](const string& text) {
-        return static_cast<int>(std::find_if(text.begin(), text.end(), isWanted) - text.begin());
-      });
+  bench::compare(name, kSizes, filledWith(pattern[0], pattern.substr(1)), [ours](const string& text) {
+    return ours(text, 0);
+  }).peer("find_first_of", [wanted](const string& text) {
+      return text.find_first_of(wanted);
+    }).peer("find_if", [isWanted](const string& text) {
+    return std::find_if(text.begin(), text.end(), isWanted) - text.begin();
+  });
 }
 
 Pair<char> twoAlike(std::size_t size) { return {bench::ascii(size), bench::ascii(size)}; }
@@ -88,26 +87,21 @@ void registerSearches() {
   }).peer("std::all_of", [](const string& text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
   });
-  const auto number = [](std::size_t at) { return static_cast<int>(at); };
   auto last = bench::compare(
       "findLastOf a text", kSizes, [](std::size_t size) { return string("needle").append(bench::ascii(size - 6)); },
       [](const string& text) { return Tarn::findLastOf(text, "needle"); });
-  last.peer(
-      "rfind", [](const string& text) { return text.rfind("needle"); }, number);
+  last.peer("rfind", [](const string& text) { return text.rfind("needle"); });
   bench::compare(
       "findLastOf a character", kSizes, [](std::size_t size) { return string("!").append(bench::ascii(size - 1)); },
       [](const string& text) { return Tarn::findLastOf(text, '!', 0); })
-      .peer(
-          "rfind", [](const string& text) { return text.rfind('!'); }, number);
+      .peer("rfind", [](const string& text) { return text.rfind('!'); });
   auto starts = bench::compare("startsWith", kSizes, twoAlike,
                                [](const Pair<char>& two) { return Tarn::startsWith(two.first, two.second); });
 #if WITH_ABSL
   starts.peer("Abseil", [](const Pair<char>& two) { return absl::StartsWith(two.first, two.second); });
 #endif
 #if WITH_BOOST
-  last.peer(
-      "Boost", [](const string& text) { return boost::find_last(text, "needle").begin() - text.begin(); },
-      [](std::ptrdiff_t at) { return static_cast<int>(at); });
+  last.peer("Boost", [](const string& text) { return boost::find_last(text, "needle").begin() - text.begin(); });
   starts.peer("Boost", [](const Pair<char>& two) { return boost::starts_with(two.first, two.second); });
 #endif
 }

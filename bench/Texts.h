@@ -45,13 +45,12 @@ inline constexpr Script kCjk = {"CJK text",
 
 inline std::string ascii(std::size_t size) { return kAscii.plain(size); }
 
-// JSON with the hexadecimal digits of its escapes as ours has them.
-inline std::string withCapitalDigits(std::string json) {
-  for (std::size_t at = json.find("\\u"); at != std::string::npos; at = json.find("\\u", at + 6)) {
-    const auto digits = json.begin() + static_cast<std::ptrdiff_t>(at) + 2;
-    std::transform(digits, digits + 4, digits, [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; });
-  }
-  return json;
+// What a function leaves of a copy of the text.
+inline auto changed(void (*function)(std::string&)) {
+  return [function](std::string text) {
+    function(text);
+    return text;
+  };
 }
 
 // Numbers from 0 up to below `count` in random order.

@@ -26,85 +26,68 @@ struct Input {
   std::tm broken{};
 #if WITH_ABSL
   absl::Time abslTime = absl::FromTimeT(kSeconds) + absl::Milliseconds(42);
-  absl::TimeZone zone = absl::LocalTimeZone();
 #endif
 };
 
-Input input() {
+using Convert = std::tm* (*)(const std::time_t*, std::tm*);
+
+Input input(Convert convert = localtime_r) {
   Input input;
   input.time.setTime(kSeconds + 0.042);
   input.other.setTime(kSeconds + 0.043);
-  localtime_r(&input.seconds, &input.broken);
+  convert(&input.seconds, &input.broken);
   return input;
 }
 
-std::tm local(const Input& input) {
-  std::tm broken;
-  localtime_r(&input.seconds, &broken);
-  return broken;
+auto converted(Convert convert) {
+  return [convert](const Input& input) {
+    std::tm broken;
+    convert(&input.seconds, &broken);
+    return broken;
+  };
 }
+
+const auto local = converted(localtime_r);
 
 std::pair<std::tm, std::tm> localTwice(const Input& input) { return {local(input), local(input)}; }
 
 int year(const Input& input) { return input.time.getYear(); }
 
-// A text as our function, strftime, {fmt} and Abseil make it of layouts in strftime's letters.
+// A text that strftime, {fmt} and Abseil make of a layout in strftime's letters.
 struct Layout {
   const char* name;
   std::string (Time::*ours)() const;
-  const char* layout;
-  const char* fmtLayout;
-  const char* abslLayout;
+  std::string letters;
 };
-constexpr Layout kLayouts[] = {
-    {"2", &Time::getTimeStr2, "%d.%m.%Y at %H:%M:%S", "{:%d.%m.%Y at %H:%M:%S}", "%d.%m.%Y at %H:%M:%S"},
-    {"4", &Time::getTimeStr4, "%H:%M:%S:042", "{:%H:%M:%S:042}", "%H:%M:%S:042"},
-    {"5", &Time::getTimeStr5, "%d.%m.%Y", "{:%d.%m.%Y}", "%d.%m.%Y"},
-    {"6", &Time::getTimeStr6, "%y%m%d", "{:%y%m%d}", "%y%m%d"},
-    {"7", &Time::getTimeStr7, "%y%m%d_%H%M%S", "{:%y%m%d_%H%M%S}", "%y%m%d_%H%M%S"},
-    {"8", &Time::getTimeStr8, "%Y-%m-%d %H:%M:%S", "{:%Y-%m-%d %H:%M:%S}", "%Y-%m-%d %H:%M:%S"},
-    {"ISO", &Time::getIsoTimeStr, "%Y-%m-%dT%H:%M:%S+01:00", "{:%Y-%m-%dT%H:%M:%S+01:00}", "%Y-%m-%dT%H:%M:%S%Ez"},
-};
-
-std::string strftimeText(const char* layout, const std::tm& broken) {
-  std::array<char, 64> text;
-  return {text.data(), std::strftime(text.data(), text.size(), layout, &broken)};
-}
 
 void registerLayouts() {
-  for (const Layout& layout : kLayouts) {
-    auto text = bench::compare(std::string("time layout ") + layout.name, input(),
-                               [ours = layout.ours](const Input& input) { return (input.time.*ours)(); });
-    text.beyond("localtime_r", local);
-    text.peer("strftime", [layout](const Input& input) { return strftimeText(layout.layout, input.broken); });
+  for (const auto& [name, ours, letters] :
+       std::vector<Layout>{{"2", &Time::getTimeStr2, "%d.%m.%Y at %H:%M:%S"},
+                           {"4", &Time::getTimeStr4, "%H:%M:%S:042"},
+                           {"5", &Time::getTimeStr5, "%d.%m.%Y"},
+                           {"6", &Time::getTimeStr6, "%y%m%d"},
+                           {"7", &Time::getTimeStr7, "%y%m%d_%H%M%S"},
+                           {"8", &Time::getTimeStr8, "%Y-%m-%d %H:%M:%S"},
+                           {"9", &Time::getTimeStr9, "%Y-%m-%dT%H:%M:%SZ"},
+                           {"ISO", &Time::getIsoTimeStr, "%Y-%m-%dT%H:%M:%S+01:00"}}) {
+    const bool isUtc = letters.ends_with('Z');
+    auto text = bench::compare(std::string("time layout ") + name, input(isUtc ? gmtime_r : localtime_r),
+                               [ours = ours](const Input& input) { return (input.time.*ours)(); });
+    text.beyond(isUtc ? "gmtime_r" : "localtime_r", converted(isUtc ? gmtime_r : localtime_r));
+    text.peer("strftime", [layout = letters](const Input& input) {
+      std::array<char, 64> text;
+      return std::string(text.data(), std::strftime(text.data(), text.size(), layout.c_str(), &input.broken));
+    });
 #if WITH_FMT
-    text.peer("fmt::format",
-              [layout](const Input& input) { return fmt::format(fmt::runtime(layout.fmtLayout), input.broken); });
+    text.peer("fmt::format", [layout = "{:" + letters + "}"](const Input& input) {
+      return fmt::format(fmt::runtime(layout), input.broken);
+    });
 #endif
 #if WITH_ABSL
-    text.peer("absl::FormatTime",
-              [layout](const Input& input) { return absl::FormatTime(layout.abslLayout, input.abslTime, input.zone); });
+    text.peer("absl::FormatTime", [layout = letters, zone = isUtc ? absl::UTCTimeZone() : absl::LocalTimeZone()](
+                                      const Input& input) { return absl::FormatTime(layout, input.abslTime, zone); });
 #endif
   }
-  auto utc = bench::compare("time layout 9", input(), [](const Input& input) { return input.time.getTimeStr9(); });
-  utc.beyond("gmtime_r", [](const Input& input) {
-    std::tm broken;
-    gmtime_r(&input.seconds, &broken);
-    return broken;
-  });
-  utc.peer("strftime", [broken = *std::gmtime(&kSeconds)](const Input& /*input*/) {
-    return strftimeText("%Y-%m-%dT%H:%M:%SZ", broken);
-  });
-#if WITH_FMT
-  utc.peer("fmt::format", [broken = *std::gmtime(&kSeconds)](const Input& /*input*/) {
-    return fmt::format("{:%Y-%m-%dT%H:%M:%SZ}", broken);
-  });
-#endif
-#if WITH_ABSL
-  utc.peer("absl::FormatTime", [](const Input& input) {
-    return absl::FormatTime("%Y-%m-%dT%H:%M:%SZ", input.abslTime, absl::UTCTimeZone());
-  });
-#endif
 }
 
 void registerOperators() {

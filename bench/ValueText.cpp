@@ -7,16 +7,8 @@
 #include "Tarn/text/StringUtilities.h"
 #include "Tarn/time/Time.h"
 #include "bench/Bench.h"
+#include "bench/Json.h"
 #include "bench/Texts.h"
-
-#if WITH_RAPIDJSON
-#include <rapidjson/reader.h>
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-#endif
-#if WITH_NLOHMANN_JSON
-#include <nlohmann/json.hpp>
-#endif
 
 namespace {
 
@@ -30,7 +22,7 @@ struct Map {
 
 // Our form of a map from that of JSON, and back, for texts without these characters.
 std::string fromJson(std::string_view json) {
-  std::string text = "{ " + bench::withCapitalDigits(std::string(json.substr(1, json.size() - 2))) + " } ";
+  std::string text = "{ " + bench::insideOf(json) + " } ";
   replaceAll(text, "\":\"", "\"=>\"");
   replaceAll(text, "\",\"", "\" \"");
   return text;
@@ -86,7 +78,7 @@ void registerMaps() {
       "RapidJSON",
       [](const Map& map) {
         rapidjson::StringBuffer buffer;
-        rapidjson::Writer<rapidjson::StringBuffer, rapidjson::UTF8<>, rapidjson::ASCII<>> writer(buffer);
+        bench::AsciiWriter writer(buffer);
         writer.StartObject();
         for (const auto& [key, value] : map.entries) {
           writer.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
@@ -95,9 +87,7 @@ void registerMaps() {
         writer.EndObject();
         return buffer;
       },
-      [](const rapidjson::StringBuffer& buffer) {
-        return fromJson({buffer.GetString(), buffer.GetSize()});
-      });
+      [](const rapidjson::StringBuffer& buffer) { return fromJson(buffer.GetString()); });
   read.peer("RapidJSON", [](const Map& map) {
     MapHandler handler;
     rapidjson::MemoryStream stream(map.json.data(), map.json.size());
@@ -113,63 +103,45 @@ void registerMaps() {
 }
 
 void registerIntegers() {
+  using bench::each;
   const std::string front = "scan 7: ";
-  bench::compare("int append", std::vector<int>{0, -1, 42, 65536, -123456, 2147483647},
-                 [front](const std::vector<int>& numbers) {
-                   return [front, next = bench::Cycle(numbers)]() mutable {
-                     std::string buffer = front;
-                     buffer << next();
-                     return buffer;
-                   };
-                 })
-      .peer("ostringstream",
-            [front](const std::vector<int>& numbers) {
-              return [front, next = bench::Cycle(numbers)]() mutable {
-                std::string buffer = front;
-                std::ostringstream stream;
-                stream << next();
-                buffer += stream.str();
-                return buffer;
-              };
-            })
-      .limit("to_chars and append", [front](const std::vector<int>& numbers) {
-        return [front, next = bench::Cycle(numbers)]() mutable {
-          std::string buffer = front;
-          std::array<char, 16> digits;
-          buffer.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), next()).ptr);
-          return buffer;
-        };
-      });
+  bench::compare("int append", std::vector<int>{0, -1, 42, 65536, -123456, 2147483647}, each([front](int number) {
+                   std::string buffer = front;
+                   buffer << number;
+                   return buffer;
+                 }))
+      .peer("ostringstream", each([front](int number) {
+              std::ostringstream stream;
+              stream << number;
+              return front + stream.str();
+            }))
+      .limit("to_chars and append", each([front](int number) {
+               std::string buffer = front;
+               std::array<char, 16> digits;
+               buffer.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
+               return buffer;
+             }));
 
-  using Read = std::pair<int, std::string>;
-  bench::compare("int read from the front",
-                 std::vector<std::string>{"0 m", "-1;x", "42\nab", "65536 ", "-123456.", "2147483647 m"},
-                 [](const std::vector<std::string>& texts) {
-                   return [next = bench::Cycle(texts)]() mutable {
-                     Read read(0, next());
-                     read.second >> read.first;
-                     return read;
-                   };
-                 })
-      .peer("istringstream",
-            [](const std::vector<std::string>& texts) {
-              return [next = bench::Cycle(texts)]() mutable {
-                Read read(0, next());
-                std::istringstream stream(read.second);
-                stream >> read.first;
-                read.second.erase(0, static_cast<std::size_t>(stream.tellg()));
-                return read;
-              };
-            })
-      .limit("from_chars and erase", [](const std::vector<std::string>& texts) {
-        return [next = bench::Cycle(texts)]() mutable {
-          Read read(0, next());
-          const char* const begin = read.second.data();
-          const char* const end = std::from_chars(begin, begin + read.second.size(), read.first).ptr;
-          read.second.erase(0, static_cast<std::size_t>(end - begin));
-          return read;
-        };
-      });
+  const std::vector<std::string> texts = {"0 m", "-1;x", "42\nab", "65536 ", "-123456.", "2147483647 m"};
+  bench::compare("int read from the front", texts, each([](std::string buffer) {
+                   int number = 0;
+                   buffer >> number;
+                   return std::pair(number, buffer);
+                 }))
+      .peer("istringstream", each([](std::string buffer) {
+              int number = 0;
+              std::istringstream stream(buffer);
+              stream >> number;
+              buffer.erase(0, static_cast<std::size_t>(stream.tellg()));
+              return std::pair(number, buffer);
+            }))
+      .limit("from_chars and erase", each([](std::string buffer) {
+               int number = 0;
+               const char* const begin = buffer.data();
+               buffer.erase(
+                   0, static_cast<std::size_t>(std::from_chars(begin, begin + buffer.size(), number).ptr - begin));
+               return std::pair(number, buffer);
+             }));
 }
 
 struct Record {
