@@ -33,27 +33,62 @@ class TimePrinter:
         return time.strftime('%Y-%m-%d %H:%M:%S', time.localtime(whole)) + '.%03d' % millisecond
 
 
+def elements(container):
+    """What the standard library's own printer shows of one of its containers, one at a time."""
+    return (child for _, child in gdb.default_visualizer(container).children())
+
+
 class TablePrinter:
-    """The pairs of a map from tokens to keys, in its order."""
-
-    def __init__(self, name, map_printer):
-        self.name = name
-        self.map = map_printer
-
-    def to_string(self):
-        return self.name + self.map.to_string().partition('map')[2]  # The map's says "... map with 2 elements".
+    """A table as its pairs of token and key. Tables are large, so pairs are read as GDB asks for them."""
 
     def display_hint(self):
         return 'map'
 
     def children(self):
-        return self.map.children()
+        for number, (token, key) in enumerate(self.pairs()):
+            yield 'token %d' % number, token
+            yield 'key %d' % number, key
 
 
-def table_printer(name, pairs):
-    """The standard library's own printer walks the map. Without it the table is shown as it is."""
-    map_printer = gdb.default_visualizer(pairs)
-    return TablePrinter(name, map_printer) if map_printer else None
+class KeyTablePrinter(TablePrinter):
+    def __init__(self, tokens_to_keys):
+        self.map = tokens_to_keys
+
+    def to_string(self):
+        printed = gdb.default_visualizer(self.map).to_string()  # "std::unordered_map with 2 elements"
+        return 'KeyTable' + printed[printed.index(' with '):]
+
+    def pairs(self):
+        tokens_and_keys = elements(self.map)
+        return zip(tokens_and_keys, tokens_and_keys)
+
+
+class UuidKeyTablePrinter(TablePrinter):
+    def __init__(self, blocks):
+        self.blocks = list(elements(blocks))
+
+    def to_string(self):
+        count = 0
+        number = len(self.blocks)
+        while number > 0:  # As SortedBlocks::size.
+            count += int(self.blocks[number - 1]['partialCount'])
+            number &= number - 1
+        return 'UuidKeyTable with %d element%s' % (count, '' if count == 1 else 's')
+
+    def pairs(self):
+        for block in self.blocks:
+            for entry in elements(block['entries']):
+                yield entry['key'], entry['value']
+
+
+def where_shown(container_of, printer):
+    """Without the printers of the standard library, a table is shown as it is."""
+
+    def printer_of(value):
+        container = container_of(value)
+        return printer(container) if gdb.default_visualizer(container) else None
+
+    return printer_of
 
 
 def printers():
@@ -61,9 +96,9 @@ def printers():
     collection.add_printer('uuid', '^Tarn::uuids::uuid$', UuidPrinter)
     collection.add_printer('Time', '^Tarn::Time$', TimePrinter)
     collection.add_printer('KeyTable', '^Tarn::DataStructures::KeyTable$',
-                           lambda table: table_printer('KeyTable', table['tokenToKeyMap']))
+                           where_shown(lambda table: table['tokenToKeyMap'], KeyTablePrinter))
     collection.add_printer('UuidKeyTable', '^Tarn::DataStructures::UuidKeyTable$',
-                           lambda table: table_printer('UuidKeyTable', table['tokenToUuidMap']))
+                           where_shown(lambda table: table['tokenToUuidMap']['blocks_'], UuidKeyTablePrinter))
     return collection
 
 
