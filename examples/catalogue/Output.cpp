@@ -50,14 +50,14 @@ void Table::finish() {
   if (first_.empty()) return;
   keys_ = commonKeys(first_);
   std::vector<Row> rows = {{"token", "name", "time"}};
-  rows[0].insert(rows[0].end(), keys_.begin(), keys_.end());
+  for (const std::string& key : keys_) rows[0].push_back(shortened(key, kWidest));
   rows[0].emplace_back("uuid");
   for (const Record& record : first_) rows.push_back(cells(record));
   first_.clear();
   widths_.resize(rows[0].size());
   for (const Row& row : rows) {
     for (std::size_t column = 0; column < row.size(); ++column) {
-      widths_[column] = std::max(widths_[column], std::min(displayWidth(row[column]), kWidest));
+      widths_[column] = std::max(widths_[column], displayWidth(row[column]));
     }
   }
   for (const Row& row : rows) print(row);
@@ -65,9 +65,9 @@ void Table::finish() {
 
 Row Table::cells(const Record& record) const {
   const auto& [token, id, scan] = record;
-  Row row = {std::to_string(token), scan.name(), scan.time.getTimeStr8()};
+  Row row = {std::to_string(token), shortened(scan.name(), kWidest), scan.time.getTimeStr8()};
   for (const std::string& key : keys_) {
-    row.push_back(scan.properties.contains(key) ? scan.properties.at(key) : "");
+    row.push_back(scan.properties.contains(key) ? shortened(scan.properties.at(key), kWidest) : "");
   }
   row.push_back(id.toShortString());
   return row;
@@ -76,7 +76,7 @@ Row Table::cells(const Record& record) const {
 void Table::print(const Row& row) {
   std::string line;
   for (std::size_t column = 0; column < row.size(); ++column) {
-    line += fitted(row[column], std::max(widths_[column], std::min(displayWidth(row[column]), kWidest))) + "  ";
+    line += padded(row[column], widths_[column]) + "  ";
   }
   Tarn::rtrim(line);
   out_ << line << '\n';
@@ -88,13 +88,14 @@ std::string detailsOf(const Record& record) {
                            {"uuid", id.string() + " or " + id.toShortString()},
                            {"time", exactTime(scan.time)}};
   const std::size_t own = rows.size();
-  for (const auto& [key, value] : scan.properties) rows.push_back({key, value});
+  for (const auto& [key, value] : scan.properties)
+    rows.push_back({shortened(key, std::string::npos), shortened(value, std::string::npos)});
   std::size_t width = 0;
   for (const Row& row : rows) width = std::max(width, displayWidth(row[0]));
   std::string text;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     if (i == own) text += '\n';
-    text += fitted(rows[i][0], width) + "  " + shortened(rows[i][1], std::string::npos) + '\n';
+    text += padded(rows[i][0], width) + "  " + rows[i][1] + '\n';
   }
   return text;
 }

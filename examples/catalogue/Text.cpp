@@ -46,9 +46,13 @@ struct Shown {
 
 Shown takeShown(std::string_view& text) {
   const auto [character, bytes] = take(text);
-  if (character >= U' ' && character <= U'~') return {bytes, 1};  // Most are.
   if (!character || isIn(kDisturbing, *character)) return {"?", 1};
   return {bytes, isIn(kWide, *character) ? 2U : isIn(kInvisible, *character) ? 0U : 1U};
+}
+
+// Whether each byte is a column, as in most texts.
+bool isPlain(std::string_view text) {
+  return std::ranges::all_of(text, [](char byte) { return byte >= ' ' && byte <= '~'; });
 }
 
 }  // namespace
@@ -75,12 +79,14 @@ std::optional<char32_t> takeCharacter(std::string_view& text) {
 }
 
 std::size_t displayWidth(std::string_view text) {
+  if (isPlain(text)) return text.size();
   std::size_t columns = 0;
   while (!text.empty()) columns += takeShown(text).columns;
   return columns;
 }
 
 std::string shortened(std::string_view text, std::size_t columns) {
+  if (text.size() <= columns && isPlain(text)) return std::string(text);
   const bool fits = displayWidth(text) <= columns;
   std::size_t left = fits || columns == 0 ? columns : columns - 1;  // One is for the ellipsis.
   std::string result;
@@ -93,9 +99,9 @@ std::string shortened(std::string_view text, std::size_t columns) {
   return fits || columns == 0 ? result : result + "\u2026";
 }
 
-std::string fitted(std::string_view text, std::size_t columns) {
-  std::string result = shortened(text, columns);
-  return result.append(columns - displayWidth(result), ' ');
+std::string padded(std::string text, std::size_t columns) {
+  const std::size_t width = displayWidth(text);
+  return text.append(columns - std::min(width, columns), ' ');
 }
 
 std::string inQuotes(std::string_view text) { return '"' + shortened(text, 60) + '"'; }

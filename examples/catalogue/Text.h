@@ -19,8 +19,8 @@ std::size_t displayWidth(std::string_view text);
 // The text in at most so many columns, cut with an ellipsis. What would disturb a terminal is shown as a question mark.
 std::string shortened(std::string_view text, std::size_t columns);
 
-// The same, filled with spaces to exactly so many columns.
-std::string fitted(std::string_view text, std::size_t columns);
+// The text with spaces behind it, in at least so many columns.
+std::string padded(std::string text, std::size_t columns);
 
 // A text to be named in a message.
 std::string inQuotes(std::string_view text);
