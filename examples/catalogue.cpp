@@ -3,7 +3,7 @@
 #include <Tarn/Tarn.h>
 
 #include <algorithm>
-#include <cerrno>
+#include <cstddef>
 #include <exception>
 #include <iostream>
 #include <stdexcept>

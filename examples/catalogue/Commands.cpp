@@ -172,9 +172,12 @@ ExitStatus writeScans(const Options& options, Console& console) {
   }
 
   if (options.json) {
-    std::cout << "{\"list\":" << jsonText(list.name()) << ",\"added\":" << added.scans
-              << ",\"skipped\":" << added.skippedLines << ",\"stream\":" << jsonText(name)
-              << ",\"scans\":" << model.size() << "}\n";
+    std::cout << jsonObject({{"list", jsonText(list.name())},
+                             {"added", std::to_string(added.scans)},
+                             {"skipped", std::to_string(added.skippedLines)},
+                             {"stream", jsonText(name)},
+                             {"scans", std::to_string(model.size())}})
+              << '\n';
   } else {
     Table table(std::cout);
     for (const Record& record : added.first) table.add(record);
@@ -220,13 +223,16 @@ ExitStatus verifyScans(const Options& options, Console& console) {
   const std::vector<Problem> problems = load(path, model, true, console);
   console.clear();
   if (options.json) {
-    std::cout << "{\"stream\":" << jsonText(name) << ",\"scans\":" << model.size() << ",\"problems\":[";
-    const char* separator = "";
+    std::vector<std::string> objects;
     for (const Problem& problem : problems) {
-      std::cout << std::exchange(separator, ",") << "{\"line\":" << problem.line << ",\"byte\":" << problem.byte
-                << ",\"reason\":" << jsonText(problem.reason) << '}';
+      objects.push_back(jsonObject({{"line", std::to_string(problem.line)},
+                                    {"byte", std::to_string(problem.byte)},
+                                    {"reason", jsonText(problem.reason)}}));
     }
-    std::cout << "]}\n";
+    std::cout << jsonObject({{"stream", jsonText(name)},
+                             {"scans", std::to_string(model.size())},
+                             {"problems", '[' + Tarn::implode(objects, ",") + ']'}})
+              << '\n';
   } else {
     std::cout << name << ": " << model.size() << " scans, " << problems.size() << " problems\n";
   }

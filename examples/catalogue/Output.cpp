@@ -102,15 +102,15 @@ std::string detailsOf(const Record& record) {
 
 std::string jsonOf(const Record& record) {
   const auto& [token, id, scan] = record;
-  std::string properties;
+  std::vector<std::pair<std::string, std::string>> properties;
   for (const auto& [key, value] : scan.properties) {
-    if (key == kName) continue;
-    if (!properties.empty()) properties += ',';
-    properties += jsonText(key) + ':' + jsonText(value);
+    if (key != kName) properties.emplace_back(key, jsonText(value));
   }
-  return "{\"token\":" + std::to_string(token) + ",\"uuid\":" + jsonText(id.string()) +
-         ",\"name\":" + jsonText(scan.name()) + ",\"time\":" + jsonText(exactTime(scan.time)) + ",\"properties\":{" +
-         properties + "}}";
+  return jsonObject({{"token", std::to_string(token)},
+                     {"uuid", jsonText(id.string())},
+                     {"name", jsonText(scan.name())},
+                     {"time", jsonText(exactTime(scan.time))},
+                     {"properties", jsonObject(properties)}});
 }
 
 }  // namespace catalogue

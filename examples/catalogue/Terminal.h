@@ -14,12 +14,15 @@
 
 namespace catalogue {
 
-// What each system has its own source for.
+// The next three have a source for each system.
+
 // Prepares standard input and output, and gives the arguments of main in UTF-8, without the program's name. A reader
 // of the output that goes away makes writing fail, and does not end the program.
 std::vector<std::string> startProgram(int argc, char** argv);
+
 // Whether standard output (1) or standard error (2) is a terminal.
 bool isTerminal(int descriptor);
+
 // Whether an `errno` of writing says that nobody reads the pipe any longer.
 bool meansClosedPipe(int error);
 

@@ -120,4 +120,11 @@ std::string jsonText(std::string_view text) {
   return result + '"';
 }
 
+std::string jsonObject(const std::vector<std::pair<std::string, std::string>>& members) {
+  std::vector<std::string> parts;
+  parts.reserve(members.size());
+  for (const auto& [key, value] : members) parts.push_back(jsonText(key) + ':' + value);
+  return '{' + Tarn::implode(parts, ",") + '}';
+}
+
 }  // namespace catalogue

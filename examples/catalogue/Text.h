@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace catalogue {
 
@@ -28,6 +30,9 @@ std::string inQuotes(std::string_view text);
 // The text as a JSON string, of valid UTF-8 whatever the text holds: U+FFFD stands for each byte that begins no
 // character. What would disturb a terminal is escaped.
 std::string jsonText(std::string_view text);
+
+// A JSON object of keys and values that are JSON already.
+std::string jsonObject(const std::vector<std::pair<std::string, std::string>>& members);
 
 }  // namespace catalogue
 
