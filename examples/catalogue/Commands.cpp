@@ -66,9 +66,9 @@ std::vector<Problem> load(const std::filesystem::path& path, Model& model, bool 
 }
 
 // The line of a list without what some editors add: a byte order mark, a carriage return.
-std::string_view plainLine(const LineReader& list) {
-  std::string_view line = list.line;
-  if (list.number == 1 && line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
+std::string_view plainText(const Line& read) {
+  std::string_view line = read.text;
+  if (read.number == 1 && line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
   if (line.ends_with('\r')) line.remove_suffix(1);
   return line;
 }
@@ -109,7 +109,7 @@ Added addScans(LineReader& list, Model& model, Appender& stream, std::size_t row
   Added added;
   if (stream.isNew()) stream.append(StreamNames::S_SCAN_HEADER + '\n');
   while (list.next()) {
-    const std::string_view line = plainLine(list);
+    const std::string_view line = plainText(list.line());
     if (isComment(line)) continue;
     try {
       const Record record{model.size(), Tarn::uuids::uuid::generate(), parseScan(line)};
@@ -118,7 +118,7 @@ Added addScans(LineReader& list, Model& model, Appender& stream, std::size_t row
       stream.append(text);
       if (added.scans++ < rows) added.first.push_back(record);
     } catch (const ScanError& error) {
-      console.say(list.name() + ':' + std::to_string(list.number) + ": " + error.what());
+      console.say(list.name() + ':' + std::to_string(list.line().number) + ": " + error.what());
       ++added.skippedLines;
     }
     console.advance(list.done());

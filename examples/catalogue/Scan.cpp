@@ -109,7 +109,7 @@ bool isTextOf(std::string_view lines, const Record& record) {
 }
 
 std::string storableText(const Record& record) {
-  const std::string text = recordText(record);
+  std::string text = recordText(record);
   const auto readBack = parseRecord(text);
   if (!readBack || readBack->id != record.id || !(readBack->scan == record.scan)) {
     throw ScanError("cannot be stored: a NUL, or a backslash in front of a double quote, does not come back");

@@ -19,7 +19,7 @@ struct Scan {
   Tarn::StringMap properties;  // kName is among them.
   Tarn::Time time;
 
-  const std::string& name() const { return properties.at(kName); }
+  [[nodiscard]] const std::string& name() const { return properties.at(kName); }
 
   // To the millisecond, as a record keeps the time.
   friend bool operator==(const Scan& a, const Scan& b) {

@@ -33,34 +33,34 @@ LineReader::LineReader(const std::optional<std::filesystem::path>& path)
 
 bool LineReader::next() {
   errno = 0;
-  std::getline(in_, line);
+  std::getline(in_, line_.text);
   if (in_.bad()) throwIoError("cannot read " + name_);
   if (in_.fail()) return false;
-  hasEnd = !in_.eof();
-  ++number;
-  position = end_;
-  end_ += line.size() + (hasEnd ? 1 : 0);
+  line_.hasEnd = !in_.eof();
+  ++line_.number;
+  line_.byte = end_;
+  end_ += line_.text.size() + (line_.hasEnd ? 1 : 0);
   return true;
 }
 
 double LineReader::done() const { return size_ == 0 ? 0.0 : static_cast<double>(end_) / static_cast<double>(size_); }
 
 RecordReader::RecordReader(const std::filesystem::path& path, Console& console) : lines_(path), console_(console) {
-  if (lines_.next() && lines_.hasEnd && lines_.line == StreamNames::S_SCAN_HEADER) return;
+  if (lines_.next() && lines_.line().hasEnd && lines_.line().text == StreamNames::S_SCAN_HEADER) return;
   report("the stream does not begin with the header of scan data");
   isLost_ = true;
 }
 
 std::optional<Record> RecordReader::next() {
   while (lines_.next()) {
-    const bool isRecord = Tarn::parseUuid(lines_.line).has_value();
+    const bool isRecord = Tarn::parseUuid(lines_.line().text).has_value();
     if (isLost_ && !isRecord) continue;
-    line_ = lines_.number;
-    byte_ = lines_.position;
-    text_ = lines_.line + '\n';
+    line_ = lines_.line().number;
+    byte_ = lines_.line().byte;
+    text_ = lines_.line().text + '\n';
     const bool hasBody = isRecord && lines_.next();
-    if (hasBody) text_ += lines_.line + '\n';
-    const bool isWhole = hasBody && lines_.hasEnd;
+    if (hasBody) text_ += lines_.line().text + '\n';
+    const bool isWhole = hasBody && lines_.line().hasEnd;
     std::optional<Record> record = isWhole ? parseRecord(text_) : std::nullopt;
     console_.advance(lines_.done());
     isLost_ = !record;

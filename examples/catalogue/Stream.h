@@ -23,19 +23,21 @@ std::string textOf(const std::filesystem::path& path);
 // Throws the system's reason, which is in `errno`.
 [[noreturn]] void throwIoError(const std::string& what);
 
-// The lines of a file, one after the other, without their ends.
+struct Line {
+  std::string text;  // Without its end.
+  std::size_t number = 0;
+  std::uint64_t byte = 0;  // Where it begins, from 0.
+  bool hasEnd = false;     // Only the last line may have none.
+};
+
+// The lines of a file, one after the other.
 class LineReader {
  public:
   // Reads a file, or standard input without one.
   explicit LineReader(const std::optional<std::filesystem::path>& path);
 
   bool next();
-
-  std::string line;
-  std::size_t number = 0;
-  std::uint64_t position = 0;  // The byte at which the line begins, from 0.
-  bool hasEnd = false;         // Only the last line may have none.
-
+  [[nodiscard]] const Line& line() const { return line_; }
   [[nodiscard]] const std::string& name() const { return name_; }
   // In bytes, 0 where nobody knows; and how much of it has been read, 0 to 1, or 0.
   [[nodiscard]] std::uint64_t size() const { return size_; }
@@ -45,6 +47,7 @@ class LineReader {
   std::string name_;
   std::ifstream file_;
   std::istream& in_;
+  Line line_;
   std::uint64_t size_ = 0;
   std::uint64_t end_ = 0;  // Of the line.
 };

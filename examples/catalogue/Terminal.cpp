@@ -1,6 +1,7 @@
 #include "catalogue/Terminal.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace catalogue {
 
@@ -46,8 +47,8 @@ void Console::draw(Clock::time_point now) {
   line = PrintF("[%s] %3d %%  %.0f scans/s", line, static_cast<int>(done_ * 100.0),
                 static_cast<double>(scans_) / Seconds(now - partStart_).count());
   if (done_ > 0.0) {
-    const int left = static_cast<int>(Seconds(now - start_).count() * (1.0 - done_) / done_ + 0.5);
-    line += PrintF("  %d:%02d left", left / 60, left % 60);
+    const long left = std::lround(Seconds(now - start_).count() * (1.0 - done_) / done_);
+    line += PrintF("  %ld:%02ld left", left / 60, left % 60);
   }
   line += "  " + step_;
   const std::size_t columns = line.size();  // The steps are ASCII.
