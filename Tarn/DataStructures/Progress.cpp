@@ -19,7 +19,7 @@ void notify(const std::vector<Observer>& observers, std::unique_lock<std::mutex>
     observer(value);
     return;
   }
-  const std::vector<Observer> copies = observers;
+  const std::vector<Observer> copies(observers.begin(), observers.end());
   lock.unlock();
   for (const Observer& observer : copies) observer(value);
 }

@@ -29,7 +29,7 @@ struct Layout {
   consteval Layout(const char (&characters)[kSize]) : text(std::to_array(characters)) {}
 
   template <std::size_t kCount>
-  consteval std::array<std::size_t, kCount> places() const {
+  [[nodiscard]] consteval std::array<std::size_t, kCount> places() const {
     std::array<std::size_t, kCount> found{};
     std::size_t count = 0;
     for (std::size_t i = 0; i + 1 < kSize; ++i) {
