@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -37,12 +38,60 @@ class Input {
   std::string text() {
     const std::string_view text = take(rest_.find('|'));
     take(1);
-    return std::string(text);
+    return assembled(text);
   }
 
-  std::string rest() { return std::string(std::exchange(rest_, {})); }
+  std::string rest() { return assembled(std::exchange(rest_, {})); }
 
  private:
+  static std::string assembled(std::string_view text) {
+    constexpr std::string_view kPieces[] = {"\"=>\"",
+                                            "=>",
+                                            "\"",
+                                            "\" \"",
+                                            "\\",
+                                            "\\\"",
+                                            "\\\\",
+                                            "\\n",
+                                            "\\u00e9",
+                                            "\\u",
+                                            "a",
+                                            "B",
+                                            "e",
+                                            " ",
+                                            "\n",
+                                            "\t",
+                                            "{",
+                                            "}",
+                                            "[",
+                                            ",",
+                                            "-",
+                                            "+",
+                                            ".",
+                                            "0",
+                                            "1",
+                                            "99999",
+                                            "4294967296",
+                                            "1e400",
+                                            "tRue",
+                                            "False",
+                                            "\x7F",
+                                            "\x80",
+                                            "\xC3\xA9",
+                                            "\xE2\x82",
+                                            "\xF0\x9F\x98",
+                                            "2024-03-05T14",
+                                            ":07:09+01:00",
+                                            "5.3.2024 14:",
+                                            "00010203-0405-0607",
+                                            "0809-0a0b0c0d0e0f",
+                                            {"\0", 1}};
+    if (!text.starts_with('*')) return std::string(text);
+    std::string result;
+    for (const char byte : text.substr(1)) result += kPieces[static_cast<unsigned char>(byte) % std::size(kPieces)];
+    return result;
+  }
+
   std::string_view take(std::size_t size) {
     const std::string_view taken = rest_.substr(0, size);
     rest_.remove_prefix(taken.size());

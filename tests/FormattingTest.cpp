@@ -63,6 +63,7 @@ TEST(IncrementIndex, AdvancesTheNumberAtTheEnd) {
     std::string text = name;
     incrementIndex(text);
     EXPECT_EQ(text, next);
+    EXPECT_STREQ(text.c_str(), next.c_str());  // Nothing is written behind its end.
   }
   Generate generate(8);
   for (int i = 0; i < 20000; ++i) {
