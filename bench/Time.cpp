@@ -75,8 +75,8 @@ void registerLayouts() {
                                [ours = ours](const Input& input) { return (input.time.*ours)(); });
     text.beyond(isUtc ? "gmtime_r" : "localtime_r", converted(isUtc ? gmtime_r : localtime_r));
     text.peer("strftime", [layout = letters](const Input& input) {
-      std::array<char, 64> text;
-      return std::string(text.data(), std::strftime(text.data(), text.size(), layout.c_str(), &input.broken));
+      std::array<char, 64> buffer;
+      return std::string(buffer.data(), std::strftime(buffer.data(), buffer.size(), layout.c_str(), &input.broken));
     });
 #if WITH_FMT
     text.peer("fmt::format", [layout = "{:" + letters + "}"](const Input& input) {
