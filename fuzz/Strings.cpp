@@ -58,6 +58,13 @@ void requireReplacements(const std::string& text, const std::string& from, const
   require(own == plainReplace(text, from, text), "a text may replace what is in it");
 }
 
+// So many repetitions that a search looks for a better way.
+std::string repeated(const std::string& text, std::size_t times) {
+  std::string result;
+  for (; times > 0; --times) result += text;
+  return result;
+}
+
 }  // namespace
 
 void fuzz(Input input) {
@@ -68,6 +75,10 @@ void fuzz(Input input) {
   for (const int at : {start, 0, static_cast<int>(text.size()) - 1}) requireSearches(text, at);
   require(findLastOf(text, from) == plainFindLast(text, from), "the last needle is strstr's");
   require(startsWith(text, from) == (text.compare(0, from.size(), from) == 0), "a prefix compares equal");
+  const std::string many = repeated(text.substr(0, 100), 40);
+  const std::string some = repeated(text.substr(0, 100), 10) + from;
+  require(findLastOf(many + to, some) == plainFindLast(many + to, some), "the last of many needles is strstr's");
+  requireReplacements(many + to, some, to);
   requireTrims(text);
   requireReplacements(text, from, to);
   require(implode({text, from, to}, from) == text + from + from + from + to, "parts are joined");

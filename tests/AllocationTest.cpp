@@ -11,6 +11,7 @@
 #include "Tarn/DataStructures/PartialProgress.h"
 #include "Tarn/DataStructures/ScanStatistics.h"
 #include "Tarn/DataStructures/UuidKeyTable.h"
+#include "Tarn/DataStructures/internal/SortedBlocks.h"
 #include "Tarn/Tarn.h"
 
 namespace {
@@ -197,6 +198,7 @@ TEST_F(Allocation, ReadersStayWhereTheyWere) {
   expectSafeReading<std::string>(__LINE__, kLong + "\nrest", "before");
   expectSafeReading<StringMap>(__LINE__, "  { \"a\"=>\"" + kLong + "\" \"" + kLong + "\"=>\"b\" } rest",
                                {{"old", kLong}});
+  expectSafeReading<double>(__LINE__, ", 1234567890.0987654321e-5 rest", 7.0);
   expectSafe<std::optional<std::string>>({{__LINE__, "word", "before", [](auto& word) {
                                              std::istringstream stream('"' + kLong + "\" rest");
                                              stream >> word;
@@ -252,6 +254,23 @@ TEST_F(Allocation, TablesStayUsable) {
     EXPECT_TRUE(names.addEntry(2, other) && names.keyToToken(other) == 2);
     return failed;
   });
+}
+
+TEST_F(Allocation, SortedBlocksAreAsBefore) {
+  internal::SortedBlocks<int, int, 2> before;
+  for (int key = 0; key < 20; key += 2) before.insert(key, key);
+  for (int key = -1; key < 20; key += 2) {
+    attempts([&](long count) {
+      auto blocks = before;
+      const bool failed = failsAfter(count, [&] { blocks.insert(key, key); });
+      EXPECT_EQ(blocks.size(), failed ? 10U : 11U);
+      EXPECT_EQ(blocks.find(key) == nullptr, failed);
+      for (std::uint64_t at = 0; at < 10; ++at) EXPECT_EQ(blocks.find(before.at(at)->key)->value, before.at(at)->value);
+      EXPECT_EQ(blocks.insert(key, key), failed);
+      for (std::uint64_t at = 0; at < 10; ++at) EXPECT_LT(blocks.at(at)->key, blocks.at(at + 1)->key);
+      return failed;
+    });
+  }
 }
 
 TEST_F(Allocation, ProgressKeepsAChangeThatNobodyWasToldOf) {

@@ -13,6 +13,7 @@
 #include <limits>
 #include <locale>
 #include <map>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <streambuf>
@@ -229,9 +230,12 @@ void readInteger(ValueReader& reader, T& value) {
 template <class T>
 void readByStream(ValueReader& reader, T& value) {
   static_assert(StreamExtractable<T>, "a value is read by its operator>> on std::istream, and this type has none");
-  ViewStream stream(reader.rest());
-  static_cast<std::istream&>(stream) >> value;
-  finishExtraction(reader, stream.consumed(), stream.eof(), stream.fail());
+  ViewStream view(reader.rest());
+  std::istream& stream = view;
+  // A failed allocation is all that is bad about a number. Streams keep quiet about it, and the text would be to blame.
+  if constexpr (std::floating_point<T>) stream.exceptions(std::ios::badbit);
+  stream >> value;
+  finishExtraction(reader, view.consumed(), stream.eof(), stream.fail());
 }
 
 // Four bytes as one number, the first most significant.
@@ -283,9 +287,17 @@ constexpr std::optional<uuids::uuid> parseUsualUuid(std::string_view text) noexc
 
 template <class T>
 ValueReader& operator>>(ValueReader& reader, T& value) {
+  const ValueReader before = reader;
   if (!internal::beginsWithDigit(reader.rest()) && !reader.skipToValue()) return reader;
   if constexpr (DecimalInteger<T>) {
     internal::readInteger(reader, value);
+  } else if constexpr (std::floating_point<T>) {
+    try {
+      internal::readByStream(reader, value);
+    } catch (const std::bad_alloc&) {
+      reader = before;
+      throw;
+    }
   } else {
     internal::readByStream(reader, value);
   }
