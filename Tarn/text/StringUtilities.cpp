@@ -107,13 +107,18 @@ std::size_t findStop(const std::string& a, const std::string& b) {
 
 std::size_t findStop(const std::wstring& a, const std::wstring& b) { return findStop(a.c_str(), b.c_str()); }
 
-// Characters compare by their unsigned codes, and the NUL behind a text comes before all.
+unsigned char codeOf(char character) { return static_cast<unsigned char>(character); }
+
+std::make_unsigned_t<wchar_t> codeOf(wchar_t character) {
+  return static_cast<std::make_unsigned_t<wchar_t>>(character);
+}
+
+// Characters compare by their codes, and the NUL behind a text comes before all.
 template <class Text>
 int compareFolded(const Text& a, const Text& b) {
-  using Unsigned = std::make_unsigned_t<typename Text::value_type>;
   const std::size_t stop = findStop(a, b);
-  const auto inA = static_cast<Unsigned>(internal::toLower(a.c_str()[stop]));
-  const auto inB = static_cast<Unsigned>(internal::toLower(b.c_str()[stop]));
+  const auto inA = codeOf(internal::toLower(a.c_str()[stop]));
+  const auto inB = codeOf(internal::toLower(b.c_str()[stop]));
   return (inA > inB ? 1 : 0) - (inA < inB ? 1 : 0);
 }
 

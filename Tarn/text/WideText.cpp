@@ -32,7 +32,7 @@ wchar_t* decode(const char*& at, const char* stop, const char* end, wchar_t* out
   const char* const lastFour = at + std::max<std::ptrdiff_t>(std::min(stop - at, end - at - 3), 0);
   while (at < lastFour) {
     if (lastFour - at >= internal::kBlockSize) {
-      const auto nonAscii = internal::kNonAscii.in(internal::Block::load(at));
+      const auto nonAscii = decltype(internal::kNonAscii)::in(internal::Block::load(at));
       widenBlock(at, out);
       // Not `first()` for both: the next block would wait for it.
       const std::size_t ascii = nonAscii.any() ? nonAscii.first() : internal::kBlockSize;

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <bit>
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -105,10 +106,20 @@ class Block {
 
   template <ByteRange kRange>
   [[nodiscard]] Block in() const {
-    if constexpr (kRange.first == kRange.last) return *this == of(static_cast<char>(kRange.first));
-    if constexpr (kRange.first == 0x80 && kRange.last == 0xFF) return _mm_cmplt_epi8(bytes_, _mm_setzero_si128());
-    const Block offsets = _mm_sub_epi8(bytes_, of(static_cast<char>(kRange.first)).bytes_);
-    return offsets == Block(_mm_min_epu8(offsets.bytes_, of(static_cast<char>(kRange.last - kRange.first)).bytes_));
+    // Bytes compare as signed numbers here, in whose order 0x80 is the first.
+    constexpr auto kFirst = static_cast<signed char>(kRange.first);
+    constexpr auto kLast = static_cast<signed char>(kRange.last);
+    if constexpr (kFirst > kLast) {
+      return in<ByteRange{kRange.first, 0x7F}>() | in<ByteRange{0x80, kRange.last}>();
+    } else if constexpr (kFirst == kLast) {
+      return *this == of(kFirst);
+    } else if constexpr (kFirst == SCHAR_MIN) {
+      return isBehind(of(kLast + 1), *this);
+    } else if constexpr (kLast == SCHAR_MAX) {
+      return isBehind(*this, of(kFirst - 1));
+    } else {
+      return isBehind(*this, of(kFirst - 1)) & isBehind(of(kLast + 1), *this);
+    }
   }
   friend Block sameLetters(Block a, Block b) {
     const Block caseBit = of(0x20);
@@ -123,6 +134,7 @@ class Block {
 
  private:
   Block(__m128i bytes) : bytes_(bytes) {}
+  static Block isBehind(Block a, Block b) { return _mm_cmpgt_epi8(a.bytes_, b.bytes_); }
   [[nodiscard]] unsigned mask() const { return static_cast<unsigned>(_mm_movemask_epi8(bytes_)); }
 
   __m128i bytes_;
