@@ -73,6 +73,9 @@ void operateBlocks(Blocks& blocks, std::map<uuids::uuid, std::uint64_t>& plain, 
   }
   require(blocks.size() == plain.size() && blocks.empty() == plain.empty(), "the blocks have the map's size");
   require((blocks.find(key) != nullptr) == plain.contains(key), "the blocks find what is there");
+}
+
+void requireOrder(const Blocks& blocks, const std::map<uuids::uuid, std::uint64_t>& plain) {
   std::uint64_t position = 0;
   for (const auto& [there, number] : plain) {
     const auto* const entry = blocks.at(position++);
@@ -106,9 +109,11 @@ void fuzz(Input input) {
     operate(names, plainNames, operation, token, key);
     operate(ids, plainIds, operation, token, toUuid(key));
     operateBlocks(blocks, plainBlocks, operation, token, toUuid(key));
-    requirePositions(ids, plainIds);
     entries.push_back({token, key});
   }
+  // Once at the end, as every beginning of an input is an input, too.
+  requirePositions(ids, plainIds);
+  requireOrder(blocks, plainBlocks);
   requireAllSame(names, plainNames);
   requireAllSame(ids, plainIds);
   const KeyTable listed(entries);
