@@ -27,10 +27,10 @@ namespace Tarn::DataStructures {
 ///     table.getKey(2);         // a, the uuid of token 9
 ///     table.getNumElements();  // 2: different uuids, not tokens
 ///
-/// Look-ups by token, uuid and position take logarithmic time, and n insertions or removals in any order n log n; the
-/// memory is that of the pairs in both directions, at most doubled. Only allocation can throw; when it does, a table
-/// stays usable. Threads: any number may call const members at once; a call that changes the table must not overlap
-/// any other on the same table.
+/// Look-ups by token, uuid and position take logarithmic time. So do insertions and removals in any order, but for
+/// moving, on average, about a byte for each thousand entries. The memory is that of the pairs in both directions, at
+/// most doubled. Only allocation can throw; when it does, a table stays usable. Threads: any number may call const
+/// members at once; a call that changes the table must not overlap any other on the same table.
 class UuidKeyTable {
  public:
   /// Registers a pair. A uuid that is registered already keeps its first token. If allocation throws, nothing has
