@@ -32,8 +32,11 @@ class TARN_API IProgress {
 
  protected:
   IProgress() = default;
+  /// Only what derives from it can be copied.
+  /// @{
   IProgress(const IProgress&) = default;
   IProgress& operator=(const IProgress&) = default;
+  /// @}
 };
 
 /// Keeps a progress value and a step text and passes every change to its observers, in the order they were added.
