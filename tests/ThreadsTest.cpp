@@ -69,6 +69,29 @@ TEST(Threads, MoveOneHubAndNothingIsLost) {
   EXPECT_EQ(late, kThreads * kMoves / 100 + 100);
 }
 
+// Many of each, in turns with moves, so that a registration without the lock meets another or a pass.
+TEST(Threads, RegisterObserversWhileOthersMove) {
+  constexpr int kObservers = 100;
+  Progress hub;
+  std::atomic<int> values = 0;
+  std::atomic<int> steps = 0;
+  onManyThreads([&](int n) {
+    for (int i = 0; i < kObservers; ++i) {
+      hub.addObserver([&values](double) { ++values; });
+      std::this_thread::yield();
+      hub.addProgress(1.0);
+      hub.addObserver([&steps](const std::string&) { ++steps; });
+      std::this_thread::yield();
+      hub.setStep(std::to_string(n));
+    }
+  });
+  values = steps = 0;
+  hub.addProgress(1.0);
+  hub.setStep("last");
+  EXPECT_EQ(values, kThreads * kObservers);
+  EXPECT_EQ(steps, kThreads * kObservers);
+}
+
 TEST(Threads, MoveChainsOfPartsAndTheSumsComeOut) {
   const auto root = std::make_shared<Progress>();
   const auto shared = std::make_shared<PartialProgress>(root, 0.5);
