@@ -20,14 +20,14 @@ class ReportTest(unittest.TestCase):
         self.assertEqual(report.parse("a case/limit b/iterations:1"), ("a case", "limit b", None))
 
     def test_times(self):
-        times, _, _, failed = collect(
+        times, _, failed = collect(
             entry("slow/ours", 8), entry("slow/ours", 4), entry("slow/ours", 90),  # The median is 8.
             entry("slow/a", 0.032, time_unit="us"), entry("slow/b", 16), entry("slow/limit copy", 2),
             entry("fast/ours/9", 2000), entry("fast/a/9", 8000),
             entry("beyond/ours", 50), entry("beyond/a", 80), entry("beyond/beyond call", 40),
             entry("threads/ours/threads:2", 1, real_time=10, threads=2),
             entry("threads/one thread/threads:1", 1, real_time=25),
-            entry("alone/ours", 1))
+            entry("alone/ours/8", 1))
         self.assertEqual(list(report.times_table(times))[1:], [
             ["threads", "20 ns", "one thread", "25 ns", "0.80", "", "", ""],
             ["slow", "8 ns", "b", "16 ns", "0.50", "copy", "4.00", "a 0.25"],
@@ -35,14 +35,21 @@ class ReportTest(unittest.TestCase):
             ["beyond", "50 ns", "a", "80 ns", "0.12", "call", "1.25", ""]])
         self.assertEqual(failed, [])
 
-    def test_laws_memory_and_failures(self):
-        fit = {"run_type": "aggregate", "run_name": "grow/ours"}
-        _, laws, memory, failed = collect(
-            fit | {"aggregate_name": "BigO", "big_o": "NlgN"}, fit | {"aggregate_name": "RMS", "rms": 0.031},
-            entry("keys/ours/10", 1, amount=99.6), entry("keys/maps/10", 1, amount=80),
+    def test_laws(self):
+        sizes = (10, 100, 1000, 10000)
+        self.assertEqual(report.fit({n: 7 for n in sizes}), ("constant", 0))
+        for name, law in report.LAWS.items():
+            nearly = {n: 3 * law(n) * (1.1 if n == 100 else 1) for n in sizes}
+            self.assertEqual(report.fit(nearly)[0], name)
+        times, _, _ = collect(*(entry(f"grow/ours/{n}", time) for n in sizes for time in (n, 2 * n, 90 * n)))
+        self.assertEqual(list(report.laws_table(times))[1:], [["grow", "n", "0 %"]])
+
+    def test_memory_and_failures(self):
+        _, memory, failed = collect(
+            entry("keys/ours/10", 1, amount=99.64), entry("keys/maps/10", 1, amount=80123.4),
+            entry("keys/maps/10", 1, amount=0, run_type="aggregate", aggregate_name="stddev"),
             entry("bad/a", 1, error_occurred=True, error_message="differs"))
-        self.assertEqual(list(report.laws_table(laws))[1:], [["grow", "n log n", "3 %"]])
-        self.assertEqual(list(report.memory_table(memory))[1:], [["keys", "99.6", "maps 80"]])
+        self.assertEqual(list(report.memory_table(memory))[1:], [["keys", "99.6", "maps 80123"]])
         self.assertEqual(failed, ["bad/a: differs"])
 
     def test_page(self):
