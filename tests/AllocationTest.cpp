@@ -13,35 +13,7 @@
 #include "Tarn/DataStructures/UuidKeyTable.h"
 #include "Tarn/DataStructures/internal/SortedBlocks.h"
 #include "Tarn/Tarn.h"
-
-namespace {
-
-constexpr long kNever = -1;
-thread_local long untilFailure = kNever;
-thread_local bool failsOnce = false;
-thread_local long live = 0;
-
-}  // namespace
-
-// In the place of the runtime's own, for the library, too, where the system binds names across libraries.
-void* operator new(std::size_t size) {
-  if (untilFailure == 0) {
-    if (failsOnce) untilFailure = kNever;
-    throw std::bad_alloc();
-  }
-  if (untilFailure > 0) --untilFailure;
-  void* const memory = std::malloc(size);
-  if (memory == nullptr) throw std::bad_alloc();
-  ++live;
-  return memory;
-}
-
-void operator delete(void* memory) noexcept {
-  if (memory != nullptr) --live;
-  std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
+#include "tests/FailingNew.h"
 
 namespace foreign {
 

@@ -319,6 +319,9 @@ TEST(Time, TimesOutOnTheSteadyClock) {
   time.setTime(time.getLastTime() - 50.0);
   EXPECT_TRUE(time.isTimeOut(49.0));
   EXPECT_FALSE(time.isTimeOut(80.0));
+  const double now = Time::now().getLastTime();
+  EXPECT_TRUE(Time().isTimeOut(now - 0.01));  // The epoch is as long ago as the clock shows.
+  EXPECT_FALSE(Time().isTimeOut(now + 100.0));
   EXPECT_FALSE(at(std::numeric_limits<double>::quiet_NaN()).isTimeOut(0.0));
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   EXPECT_FALSE(at(-kInfinity).isTimeOut(kInfinity));  // As long ago as the limit, not longer.
