@@ -1,5 +1,5 @@
-// In the place of the runtime's own, for the library, too, where the system binds names across libraries. In a source of
-// its own, as compilers that see only one of each pair inlined take them for strangers.
+// In the place of the runtime's own, for the library, too, where the system binds names across libraries. In a source
+// of its own, as compilers that see only one of each pair inlined take them for strangers.
 #include "tests/FailingNew.h"
 
 #include <cstddef>
