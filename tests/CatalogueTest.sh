@@ -359,7 +359,7 @@ if [ ${#program[@]} = 1 ] && command -v script > /dev/null; then
   many 60000 > more.tsv
   onTerminal "$quoted write limited-old more.tsv"
   sed -nE 's,^\[#* *\] +([0-9]+) %  [0-9]+ scans/s  0:[0-9]{2} left  Writing scans *$,\1,p' lines > percents
-  { [ -s percents ] && sort -nu percents | cmp - percents; } || fail "bar for a file: $(head -c 300 lines)"
+  { [ -s percents ] && sort -n percents | cmp - percents; } || fail "bar for a file: $(head -c 300 lines)"
 else
   echo 'skipped: the bar, as there is no terminal to be had'
 fi

@@ -113,6 +113,30 @@ std::locale oddLocale() {
   return {std::locale::classic(), new std::ctype<char>(table)};
 }
 
+// Long texts are unescaped by another road than short ones, with the same result as their pieces.
+TEST(Escapes, LongTextsAreTheirPieces) {
+  constexpr std::string_view kPieces[] = {R"(\n)", R"(\")", R"(\\)", R"(\u20aC)", "a", "a text without an escape",
+                                          "\t"};
+  Generate generate(41);
+  for (int i = 0; i < 300; ++i) {
+    std::string text;
+    std::string plain;
+    while (text.size() < 20000) {
+      const std::string_view piece = kPieces[generate.below(5 + static_cast<unsigned>(i) % 3)];
+      std::string plainPiece(piece);
+      ASSERT_EQ(escToControls(plainPiece, true), -1);
+      text += piece;
+      plain += plainPiece;
+    }
+    const std::string malformed = text + "\\u12G4" + text;
+    std::string unescaped = malformed;
+    EXPECT_EQ(escToControls(unescaped, true), static_cast<int>(text.size()));
+    EXPECT_EQ(unescaped, malformed);
+    EXPECT_EQ(escToControls(text, true), -1);
+    ASSERT_EQ(text, plain);
+  }
+}
+
 TEST(Escapes, EatWsKeepsTheFirstLocaleOfEachThread) {
   const auto rest = [](const std::string& text, const std::locale& locale) {
     std::istringstream stream(text);
