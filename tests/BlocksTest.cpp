@@ -53,7 +53,11 @@ TYPED_TEST(Blocks, OperateOnEachByte) {
     const auto expectIn = [&](auto sought) {
       expectEach(sought.in(blockA), a, b, [&](int x, int) { return isTrue(isOf(static_cast<char>(x), sought)); });
     };
+    for (std::size_t at = 0; at < kBlockSize; ++at) {
+      EXPECT_EQ((decltype(kDigit)::in(blockA).bits() >> at & 1U) != 0, isOf(a[at], kDigit)) << at;
+    }
     expectIn(ByteClass<ByteRange{0x00, 0x00}>());
+    expectIn(ByteClass<ByteRange{0x01, 0xFE}>());
     expectIn(ByteClass<ByteRange{0x61, 0x61}>());
     expectIn(ByteClass<ByteRange{0x41, 0x7F}>());
     expectIn(ByteClass<ByteRange{0x7F, 0x80}>());

@@ -113,15 +113,15 @@ std::locale oddLocale() {
   return {std::locale::classic(), new std::ctype<char>(table)};
 }
 
-// Long texts are unescaped by another road than short ones, with the same result as their pieces.
-TEST(Escapes, LongTextsAreTheirPieces) {
+// Long texts are unescaped by another road than short ones, with the same result.
+TEST(Escapes, LongTextsAreLikeShortOnes) {
   constexpr std::string_view kPieces[] = {R"(\n)", R"(\")", R"(\\)", R"(\u20aC)", "a", "a text without an escape",
                                           "\t"};
   Generate generate(41);
-  for (int i = 0; i < 300; ++i) {
+  for (int i = 0; i < 100; ++i) {
     std::string text;
     std::string plain;
-    while (text.size() < 20000) {
+    while (text.size() < 12000) {
       const std::string_view piece = kPieces[generate.below(5 + static_cast<unsigned>(i) % 3)];
       std::string plainPiece(piece);
       ASSERT_EQ(escToControls(plainPiece, true), -1);
@@ -132,8 +132,11 @@ TEST(Escapes, LongTextsAreTheirPieces) {
     std::string unescaped = malformed;
     EXPECT_EQ(escToControls(unescaped, true), static_cast<int>(text.size()));
     EXPECT_EQ(unescaped, malformed);
-    EXPECT_EQ(escToControls(text, true), -1);
-    ASSERT_EQ(text, plain);
+    unescaped = text;
+    EXPECT_EQ(escToControls(unescaped, true), -1);
+    ASSERT_EQ(unescaped, plain);
+    text[generate.below(text.size())] = "\\u0Gn"[generate.below(5)];
+    expectUnescape(text);
   }
 }
 

@@ -46,6 +46,7 @@ TEST(WideText, DecodesAnyBytes) {
     expectWide(generate.text("abcdefghijklmnop\xC3\xA9\xE2\x82\xAC\xF0", 40));
     expectWide(generate.bytes(4));
   }
+  for (int i = 0; i < 300; ++i) expectWide(generate.text("abcdefghijklmnop\xC3\xA9\xE2\x82\xAC", 3000));
   expectWide(std::string(100000, 'a') + "\xC3\xA9" + std::string(100000, 'b') + '\xFF');
 }
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <climits>
 #include <cstddef>
+#include <cstdint>
 #include <locale>
 #include <string_view>
 #include <utility>
@@ -14,6 +15,7 @@
 #include "Tarn/text/internal/Blocks.h"
 #include "Tarn/text/internal/Characters.h"
 #include "Tarn/text/internal/EscapeText.h"
+#include "Tarn/text/internal/Transcode.h"
 #include "Tarn/text/internal/Utf8.h"
 
 namespace Tarn {
@@ -97,40 +99,61 @@ class Escaper {
 
   // Escapes some more text.
   std::string_view next() {
-    char* out = piece_.data();
-    const char* const stop = at_ + std::min<std::ptrdiff_t>(end_ - at_, kPiece);
-    while (at_ < stop) {
-      out = copyUntil<false>(at_, stop, out, kEscaped);
-      while (at_ < stop && !isPlain(*at_)) {
-        out = putEscape(out, internal::takeWideCharacter(at_, end_), unicodeEscapes_);
-      }
+    const std::ptrdiff_t inBlocks = std::min(end_ - at_ - internal::kBehind, kPiece);
+    internal::Transcoded<char> done = escape({at_, piece_.data()}, at_ + std::max<std::ptrdiff_t>(inBlocks, 0));
+    at_ = done.at;
+    if (end_ - at_ <= internal::kBehind) {
+      const internal::PaddedEnd last(at_, end_);  // Bytes missing at the end count as zero.
+      done = escape({last.begin(), done.out}, last.end());
+      at_ = end_;
     }
-    return {piece_.data(), static_cast<std::size_t>(out - piece_.data())};
+    return {piece_.data(), static_cast<std::size_t>(done.out - piece_.data())};
   }
 
  private:
   static constexpr std::ptrdiff_t kPiece = 1024;
 
+  [[nodiscard]] internal::Transcoded<char> escape(internal::Transcoded<char> done, const char* stop) const {
+    const auto copyBlock = [](const char* from, char* out) { internal::Block::load(from).store(out); };
+    return transcode(done, stop, kEscaped, copyBlock, [this](internal::Transcoded<char> from) {
+      const internal::WideCharacter character = internal::decodeUtf8(from.at);
+      return internal::Transcoded<char>{from.at + character.size,
+                                        putEscape(from.out, character.value, unicodeEscapes_)};
+    });
+  }
+
   const char* at_;
   const char* end_;
   bool unicodeEscapes_;
-  std::array<char, 6 * kPiece> piece_;  // A byte becomes six at most: a sequence cut short by the end of the text.
+  std::array<char, 6 * (kPiece + 2 * internal::kBehind)> piece_;  // A byte becomes six at most.
 };
 
 constexpr internal::ByteClass<internal::ByteRange{'\\', '\\'}> kBackslash;
 
-constexpr unsigned kNoHexValue = 0x10000;
+// What may follow a backslash, but for another one.
+constexpr internal::ByteClass<internal::ByteRange{'"', '"'}, internal::ByteRange{'n', 'n'},
+                              internal::ByteRange{'r', 'r'}>
+    kShortEscape;
 
-// The value of four hexadecimal digits, if they are.
-unsigned hexValue(const char* digits) {
-  unsigned value = 0;
-  unsigned malformed = 0;
-  for (int i = 0; i < 4; ++i) {
-    const unsigned digit = internal::kHexDigitValues[static_cast<unsigned char>(digits[i])];
-    malformed |= digit & 0xF0U;
-    value = (value << 4U) | digit;
+constexpr internal::ByteClass<internal::ByteRange{'0', '9'}, internal::ByteRange{'A', 'F'},
+                              internal::ByteRange{'a', 'f'}>
+    kHexDigit;
+
+constexpr std::uint32_t kNoHexValue = 0x10000;
+
+// Of each character that is a hexadecimal digit its value.
+constexpr std::array<std::uint32_t, 256> kHexValues = [] {
+  std::array<std::uint32_t, 256> values{};
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    values[i] = internal::kHexDigitValues[i] < 16 ? internal::kHexDigitValues[i] : kNoHexValue;
   }
-  return malformed != 0 ? kNoHexValue : value;
+  return values;
+}();
+
+// The value of four hexadecimal digits, or more than it can be.
+std::uint32_t hexValue(const char* digits) {
+  const auto value = [digits](int at) { return kHexValues[static_cast<unsigned char>(digits[at])]; };
+  return value(0) << 12U | value(1) << 8U | value(2) << 4U | value(3);
 }
 
 // Takes the escape that begins a text, writes what it stands for to `out`, which is never longer, and gives the end of
@@ -155,7 +178,7 @@ char* takeEscape(const char*& at, const char* end, char* out, bool unicodeEscape
       return out + 1;
     case 'u':
       if (!unicodeEscapes) return std::copy(escape, at, out);
-      if (const unsigned value = end - at >= 4 ? hexValue(at) : kNoHexValue; value != kNoHexValue) {
+      if (const std::uint32_t value = end - at >= 4 ? hexValue(at) : kNoHexValue; value < kNoHexValue) {
         at += 4;
         return internal::putUtf8(out, value);
       }
@@ -166,13 +189,48 @@ char* takeEscape(const char*& at, const char* end, char* out, bool unicodeEscape
   }
 }
 
+// How much `isClean` looks at, and how much it speaks of.
+constexpr std::ptrdiff_t kWindow = 64;
+constexpr std::ptrdiff_t kCleanSize = kWindow - 6;
+
+// One bit for each byte of a window that is of the class, the lowest for the first.
+template <class Class>
+std::uint64_t bitsOf(const char* window, Class sought) {
+  std::uint64_t bits = 0;
+  for (std::ptrdiff_t at = 0; at < kWindow; at += internal::kBlockSize) {
+    bits |= std::uint64_t{sought.in(internal::Block::load(window + at)).bits()} << static_cast<unsigned>(at);
+  }
+  return bits;
+}
+
+// Whether each backslash among the first bytes of a window begins a well-formed escape. Not of such that follow each
+// other, which would have to be counted.
+bool isClean(const char* window, bool unicodeEscapes) {
+  const std::uint64_t backslash = bitsOf(window, kBackslash);
+  if (backslash == 0) return true;
+  const std::uint64_t unicode = bitsOf(window, internal::OneByte{'u'});
+  const std::uint64_t hex = unicodeEscapes ? bitsOf(window, kHexDigit) : ~std::uint64_t{0};
+  const std::uint64_t wellFormed =
+      bitsOf(window, kShortEscape) >> 1U | (unicode >> 1U & hex >> 2U & hex >> 3U & hex >> 4U & hex >> 5U);
+  const std::uint64_t malformed = backslash & ~wellFormed;
+  return (malformed << (kWindow - kCleanSize)) == 0;
+}
+
 // The backslash of the first malformed escape, or the end.
 const char* findMalformed(const char* at, const char* end, bool unicodeEscapes) {
   std::array<char, 4> ignored;
-  while ((at = internal::findFirst(at, end, kBackslash)) != end) {
-    do {
+  while (at != end) {
+    const char* stop = end;
+    if (end - at >= kWindow) {
+      stop = at + kCleanSize;
+      if (isClean(at, unicodeEscapes)) {
+        at = stop;
+        continue;
+      }
+    }
+    while (at < stop && (at = internal::findFirst(at, stop, kBackslash)) != stop) {
       if (takeEscape(at, end, ignored.data(), unicodeEscapes) == nullptr) return at;
-    } while (at != end && *at == '\\');
+    }
   }
   return end;
 }
@@ -236,9 +294,10 @@ void controlsToEsc(std::string& text, bool unicodeEscapes) {
   if (internal::findFirstOf(text, kEscaped) == kNone) return;
   Escaper escaper(text, unicodeEscapes);
   const std::string_view first = escaper.next();
-  const std::size_t taken = text.size() - escaper.left();
   std::string escaped;
-  escaped.reserve(first.size() + escaper.left() / taken * first.size() + text.size() / 32);  // If it goes on like this.
+  if (const std::size_t left = escaper.left(); left > 0) {
+    escaped.reserve(first.size() + left / (text.size() - left) * first.size() + text.size() / 32);  // If it goes on so.
+  }
   escaped = first;
   while (escaper.left() > 0) escaped.append(escaper.next());
   text = std::move(escaped);

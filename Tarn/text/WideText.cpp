@@ -8,6 +8,7 @@
 #include <type_traits>
 
 #include "Tarn/text/internal/Characters.h"
+#include "Tarn/text/internal/Transcode.h"
 #include "Tarn/text/internal/Utf8.h"
 
 namespace Tarn {
@@ -26,28 +27,13 @@ void widenBlock(const char* from, wchar_t* out) {
   std::copy(bytes.begin(), bytes.end(), out);
 }
 
-// Decodes the sequences that begin before `stop`, one unit for each and so never more than bytes, to `out`. Moves `at`
-// behind the last and gives the end of what was written.
-wchar_t* decode(const char*& at, const char* stop, const char* end, wchar_t* out) {
-  const char* const lastFour = at + std::max<std::ptrdiff_t>(std::min(stop - at, end - at - 3), 0);
-  while (at < lastFour) {
-    if (lastFour - at >= internal::kBlockSize) {
-      const auto nonAscii = decltype(internal::kNonAscii)::in(internal::Block::load(at));
-      widenBlock(at, out);
-      // Not `first()` for both: the next block would wait for it.
-      const std::size_t ascii = nonAscii.any() ? nonAscii.first() : internal::kBlockSize;
-      at += ascii;
-      out += ascii;
-      if (ascii == internal::kBlockSize) continue;
-    }
-    do {
-      const internal::WideCharacter character = internal::decodeUtf8(at);
-      *out++ = character.value;
-      at += character.size;
-    } while (at < lastFour && internal::isOf(*at, internal::kNonAscii));
-  }
-  while (at < stop) *out++ = internal::takeWideCharacter(at, end);
-  return out;
+// Decodes the sequences that begin before `stop`, one unit for each.
+internal::Transcoded<wchar_t> decode(internal::Transcoded<wchar_t> done, const char* stop) {
+  return transcode(done, stop, internal::kNonAscii, widenBlock, [](internal::Transcoded<wchar_t> from) {
+    const internal::WideCharacter character = internal::decodeUtf8(from.at);
+    *from.out = character.value;
+    return internal::Transcoded<wchar_t>{from.at + character.size, from.out + 1};
+  });
 }
 
 std::string toUtf8(const std::wstring& text) {
@@ -61,15 +47,22 @@ std::string toUtf8(const std::wstring& text) {
 }  // namespace
 
 std::wstring wide(const std::string& text) {
+  using internal::kBehind;
+  constexpr std::ptrdiff_t kPiece = 512;
+  std::array<wchar_t, kPiece + 2 * kBehind> units;  // Spares to fill the result twice: it grows by known units only.
   std::wstring result;
   result.reserve(text.size());
-  std::array<wchar_t, 512> units;  // Spares to fill the result twice, as it cannot grow by units yet to be written.
-  const char* at = text.data();
-  const char* const end = at + text.size();
-  while (at != end) {
-    const char* const stop = at + std::min<std::ptrdiff_t>(end - at, units.size());
-    result.append(units.data(), decode(at, stop, end, units.data()));
-  }
+  internal::Transcoded<wchar_t> done{text.data(), units.data()};
+  const auto take = [&] {
+    result.append(units.data(), static_cast<std::size_t>(done.out - units.data()));
+    done.out = units.data();
+  };
+  const char* const end = text.data() + text.size();
+  for (; end - done.at >= kPiece + kBehind; take()) done = decode(done, done.at + kPiece);
+  if (end - done.at > kBehind) done = decode(done, end - kBehind);
+  const internal::PaddedEnd last(done.at, end);  // Bytes missing at the end count as zero.
+  done = decode({last.begin(), done.out}, last.end());
+  take();
   return result;
 }
 

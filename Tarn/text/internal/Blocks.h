@@ -68,6 +68,12 @@ class PlainBlock {
   // Of what a comparison gave: whether it holds anywhere, the first position where it does, and the one behind the
   // last; 16 and 0 if there is none.
   [[nodiscard]] bool any() const { return behindLast() != 0; }
+  // One bit for each byte, the lowest for the first.
+  [[nodiscard]] unsigned bits() const {
+    unsigned bits = 0;
+    for (std::size_t i = 0; i < bytes_.size(); ++i) bits |= (bytes_[i] & 1U) << i;
+    return bits;
+  }
   [[nodiscard]] std::size_t first() const {
     std::size_t at = 0;
     while (at < kBlockSize && bytes_[at] == 0) ++at;
@@ -117,8 +123,9 @@ class Block {
       return isBehind(of(kLast + 1), *this);
     } else if constexpr (kLast == SCHAR_MAX) {
       return isBehind(*this, of(kFirst - 1));
-    } else {
-      return isBehind(*this, of(kFirst - 1)) & isBehind(of(kLast + 1), *this);
+    } else {  // Moved to the front of that order.
+      constexpr auto kBehind = static_cast<signed char>(SCHAR_MIN + (kLast - kFirst + 1));
+      return isBehind(of(kBehind), _mm_add_epi8(bytes_, _mm_set1_epi8(static_cast<char>(SCHAR_MIN - kFirst))));
     }
   }
   friend Block sameLetters(Block a, Block b) {
@@ -128,14 +135,14 @@ class Block {
     return _mm_cmpeq_epi8(_mm_andnot_si128(letterCase.bytes_, difference), _mm_setzero_si128());
   }
 
-  [[nodiscard]] bool any() const { return mask() != 0; }
-  [[nodiscard]] std::size_t first() const { return static_cast<std::size_t>(std::countr_zero(mask() | 0x10000U)); }
-  [[nodiscard]] std::size_t behindLast() const { return static_cast<std::size_t>(std::bit_width(mask())); }
+  [[nodiscard]] bool any() const { return bits() != 0; }
+  [[nodiscard]] unsigned bits() const { return static_cast<unsigned>(_mm_movemask_epi8(bytes_)); }
+  [[nodiscard]] std::size_t first() const { return static_cast<std::size_t>(std::countr_zero(bits() | 0x10000U)); }
+  [[nodiscard]] std::size_t behindLast() const { return static_cast<std::size_t>(std::bit_width(bits())); }
 
  private:
   Block(__m128i bytes) : bytes_(bytes) {}
   static Block isBehind(Block a, Block b) { return _mm_cmpgt_epi8(a.bytes_, b.bytes_); }
-  [[nodiscard]] unsigned mask() const { return static_cast<unsigned>(_mm_movemask_epi8(bytes_)); }
 
   __m128i bytes_;
 };
@@ -164,6 +171,11 @@ class Block {
   }
 
   [[nodiscard]] bool any() const { return vmaxvq_u8(bytes_) != 0; }
+  [[nodiscard]] unsigned bits() const {
+    constexpr std::array<std::uint8_t, kBlockSize> kBits = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
+    const uint8x16_t bits = vandq_u8(bytes_, vld1q_u8(kBits.data()));
+    return vaddv_u8(vget_low_u8(bits)) | static_cast<unsigned>(vaddv_u8(vget_high_u8(bits))) << 8U;
+  }
   [[nodiscard]] std::size_t first() const { return static_cast<std::size_t>(std::countr_zero(mask())) / 4; }
   [[nodiscard]] std::size_t behindLast() const {
     return kBlockSize - static_cast<std::size_t>(std::countl_zero(mask())) / 4;
@@ -188,7 +200,11 @@ using Block = PlainBlock;
 // The bytes of any of the ranges.
 template <ByteRange... kRanges>
 struct ByteClass {
-  static constexpr bool holds(char byte) { return kHolds[static_cast<unsigned char>(byte)]; }
+  static constexpr bool holds(char byte) {
+    const auto value = static_cast<unsigned char>(byte);
+    if constexpr (sizeof...(kRanges) == 1) return ((kRanges.first <= value && value <= kRanges.last) && ...);
+    return kHolds[value];
+  }
 
   template <class B>
   static B in(B block) {

@@ -2,10 +2,8 @@
 #ifndef TARN_TEXT_INTERNAL_UTF8_H_
 #define TARN_TEXT_INTERNAL_UTF8_H_
 
-#include <algorithm>
 #include <cstddef>
 #include <stdexcept>
-#include <string>
 
 namespace Tarn::internal {
 
@@ -25,20 +23,6 @@ inline WideCharacter decodeUtf8(const char* bytes) {
   if (lead < 0x80) return {static_cast<char16_t>(lead), 1};
   if (lead < 0xF0 || lead > 0xF7) throw std::invalid_argument("Invalid UTF-8 byte encountered.");
   return {static_cast<char16_t>(three << 6U | lowBits(3)), 4};
-}
-
-// Takes one sequence from the front of a range that is not empty. Bytes missing at its end count as zero.
-inline char16_t takeWideCharacter(const char*& at, const char* end) {
-  if (end - at >= 4) {
-    const WideCharacter character = decodeUtf8(at);
-    at += character.size;
-    return character.value;
-  }
-  char bytes[4] = {};
-  std::copy(at, end, bytes);
-  const WideCharacter character = decodeUtf8(bytes);
-  at += std::min(character.size, end - at);
-  return character.value;
 }
 
 // Writes the UTF-8 of a value up to 0x10FFFF, surrogates like any other, to `out`, which has room for four bytes.
