@@ -39,12 +39,18 @@ void registerTrim() {
   const auto make = [](std::size_t size) {
     return string(size / 4, ' ') + string(size / 2, 'x') + string(size / 4, '\t');
   };
-  auto trim = bench::compare("trim", kSizes, make, [](const string& text) { return Tarn::trim_copy(text); });
+  auto trim = bench::compare("trim", kSizes, make, bench::changed(Tarn::trim));
+  auto copy = bench::compare("trim_copy", kSizes, make, [](const string& text) { return Tarn::trim_copy(text); });
+  const auto copyOf = [](const string& text) { return text; };
+  trim.limit("memcpy", copyOf);
+  copy.limit("memcpy", copyOf);
 #if WITH_ABSL
-  trim.peer("Abseil", [](const string& text) { return string(absl::StripAsciiWhitespace(text)); });
+  trim.peer("Abseil", bench::changed([](string& text) { absl::StripAsciiWhitespace(&text); }));
+  copy.peer("Abseil", [](const string& text) { return string(absl::StripAsciiWhitespace(text)); });
 #endif
 #if WITH_BOOST
-  trim.peer("Boost", [](const string& text) { return boost::trim_copy(text); });
+  trim.peer("Boost", bench::changed([](string& text) { boost::trim(text); }));
+  copy.peer("Boost", [](const string& text) { return boost::trim_copy(text); });
 #endif
 }
 

@@ -184,7 +184,10 @@ int findLastOf(const std::string& text, char character, int start) {
   return behind == begin ? -1 : toPosition(static_cast<std::size_t>(behind - text.data()) - 1);
 }
 
-bool startsWith(const std::string& text, const std::string& prefix) { return text.starts_with(prefix); }
+bool startsWith(const std::string& text, const std::string& prefix) {
+  // Not `starts_with`, which compares for an order.
+  return text.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), text.begin());
+}
 
 std::string implode(const std::vector<std::string>& parts, const std::string& separator) {
   if (parts.empty()) return {};
