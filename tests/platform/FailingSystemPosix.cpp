@@ -1,0 +1,73 @@
+// Calls of the system that fail when they are told to. These stand in the place of the runtime's own, for the library,
+// too, where the system binds names across libraries.
+#include <gtest/gtest.h>
+#include <sys/random.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "Tarn/Tarn.h"
+
+namespace {
+
+std::vector<int> randomErrors;  // Of the next calls, the last one first.
+bool knowsLocalTime = true;
+
+}  // namespace
+
+[[gnu::visibility("default")]] ssize_t getrandom(void* bytes, std::size_t size, unsigned) {
+  if (!randomErrors.empty()) {
+    errno = randomErrors.back();
+    randomErrors.pop_back();
+    return -1;
+  }
+  std::memset(bytes, 0xFF, size);
+  return static_cast<ssize_t>(size);
+}
+
+[[gnu::visibility("default")]] std::tm* localtime_r(const std::time_t* time, std::tm* fields) noexcept {
+  if (!knowsLocalTime) return nullptr;
+  *fields = *std::localtime(time);
+  return fields;
+}
+
+namespace {
+
+using namespace Tarn;
+
+TEST(FailingSystem, GivesNoUuidWithoutRandomBytes) {
+  randomErrors = {EINTR, EINTR};
+  EXPECT_EQ(uuids::uuid::generate().string(), "ffffffff-ffff-4fff-bfff-ffffffffffff");
+  randomErrors = {EIO, EINTR};
+  try {
+    static_cast<void>(uuids::uuid::generate());
+    ADD_FAILURE() << "a uuid without random bytes";
+  } catch (const std::system_error& error) {
+    EXPECT_EQ(error.code().value(), EIO);
+    EXPECT_TRUE(std::string(error.what()).starts_with("no random bytes for a uuid")) << error.what();
+  }
+}
+
+TEST(FailingSystem, ShowsNoLocalTimeThatIsNotKnown) {
+  setenv("TZ", "EST5", 1);
+  tzset();
+  Time time;
+  time.setTime(2024, 3, 5, 14, 7, 9, 42);
+  EXPECT_EQ(time.getIsoTimeStr() + ' ' + time.getTimeStr9(), "2024-03-05T14:07:09-05:00 2024-03-05T19:07:09Z");
+  knowsLocalTime = false;
+  EXPECT_EQ(time.getIsoTimeStr() + ' ' + time.getTimeStr9(), "0000-00-00T00:00:00Z 2024-03-05T19:07:09Z");
+  EXPECT_EQ(time.getTimeStr(), "");
+  EXPECT_EQ(time.getTimeStruct().tm_mday, 0);
+  time.setTime(2024, 3, 5, 14, 7, 9, 42);  // As a clock in UTC.
+  EXPECT_EQ(time.getTimeStr9(), "2024-03-05T14:07:09Z");
+  knowsLocalTime = true;
+}
+
+TEST(FailingSystem, PrintsNothingThatCannotBeFormatted) { EXPECT_EQ(std::string(PrintF("before %lc", 0x110000)), ""); }
+
+}  // namespace
