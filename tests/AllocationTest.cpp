@@ -202,6 +202,26 @@ TEST_F(Allocation, SomeOperationsNeedNone) {
   EXPECT_TRUE(holds);
 }
 
+// Texts that repeat themselves are searched in linear time with some memory, and for the same result without.
+TEST_F(Allocation, SearchesFindWithoutMemory) {
+  const std::string run(300, 'a');
+  const std::string needle = run + 'b' + run;
+  const std::string text = std::string(3000, 'a') + needle + std::string(3000, 'a');
+  const std::wstring wideNeedle(needle.begin(), needle.end());
+  std::string replaced = text;
+  std::wstring wideReplaced(text.begin(), text.end());
+  int last = 0;
+  EXPECT_FALSE(failsAfter(0, [&] {
+    last = findLastOf(text, needle);
+    replaceAll(replaced, needle, "c");
+    replaceAll(wideReplaced, wideNeedle, L"c");
+  }));
+  const std::string expected = std::string(3000, 'a') + 'c' + std::string(3000, 'a');
+  EXPECT_EQ(last, 3000);
+  EXPECT_EQ(replaced, expected);
+  EXPECT_EQ(wideReplaced, std::wstring(expected.begin(), expected.end()));
+}
+
 TEST_F(Allocation, TablesStayUsable) {
   const std::string other = kLong + "2";
   const auto id = uuids::uuid::generate();
