@@ -18,6 +18,20 @@ static_assert(std::is_constructible_v<PrintF, const char*, int, double, const ch
 static_assert(!std::is_constructible_v<PrintF, const char*, std::string_view>);
 static_assert(!std::is_constructible_v<PrintF, const char*, Scoped>);
 
+// The private member that a program calls whose own declaration of the class has another constructor.
+std::string apply(PrintF& text, const char* format, int number);
+template <auto kMember>
+struct Opened {
+  friend std::string apply(PrintF& text, const char* format, int number) { return (text.*kMember)(format, number); }
+};
+template struct Opened<&PrintF::printf_apply>;
+
+TEST(PrintF, AppliesAnotherFormat) {
+  PrintF text("%s", "a text that is longer than its next one");
+  EXPECT_EQ(apply(text, "%03d", 7), "007");
+  EXPECT_EQ(std::string(text), "007");
+}
+
 TEST(PrintF, FormatsOnce) {
   const PrintF text("%d|%5.2f|%s|%s|%c|%zu|%d", 42, 2.125F, std::string("a\0b", 3), "lit", 'x', sizeof(char), kThree);
   EXPECT_EQ(std::string(text), "42| 2.12|a|lit|x|1|3");
