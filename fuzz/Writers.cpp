@@ -12,13 +12,6 @@ using namespace Tarn;
 const std::string kBehind = " | behind";
 
 template <class T>
-std::string written(const T& value) {
-  std::string buffer;
-  buffer << value;
-  return buffer;
-}
-
-template <class T>
 void requireBack(const T& value, const std::string& separator) {
   std::string buffer = written(value) + separator + kBehind;
   T back{};

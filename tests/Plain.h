@@ -175,6 +175,15 @@ struct PlainTable {
   }
 };
 
+// What the library writes to an empty buffer.
+template <class T>
+std::string written(const T& value) {
+  using Tarn::operator<<;
+  std::string buffer;
+  buffer << value;
+  return buffer;
+}
+
 inline std::size_t findVisible(const std::string& text) {
   const auto isVisible = [](char c) { return static_cast<unsigned char>(c) > ' ' && c != '\x7F'; };
   return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isVisible) - text.begin());

@@ -10,6 +10,7 @@
 
 #include "Tarn/time/Time.h"
 #include "tests/Generate.h"
+#include "tests/Plain.h"
 
 namespace foreign {
 
@@ -23,13 +24,6 @@ std::ostream& operator<<(std::ostream& stream, const Opaque& opaque) { return st
 namespace {
 
 using namespace Tarn;
-
-template <class T>
-std::string written(const T& value) {
-  std::string buffer;
-  buffer << value;
-  return buffer;
-}
 
 template <class T>
 void expectAsStreamed(T value) {
