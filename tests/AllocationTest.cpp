@@ -265,6 +265,21 @@ TEST_F(Allocation, SortedBlocksAreAsBefore) {
   }
 }
 
+// Neighbours that half a block has room for are joined, whichever of them shrinks last.
+TEST_F(Allocation, SortedBlocksGiveMemoryBack) {
+  constexpr int kKeys = 4096;
+  for (const bool isUpwards : {true, false}) {
+    const long before = live;
+    internal::SortedBlocks<int, int, 8> blocks;
+    for (int key = 0; key < kKeys; ++key) blocks.insert(key, key);
+    for (int i = 0; i < kKeys; ++i) {
+      if (i % 64 != 0) blocks.erase(isUpwards ? i : kKeys - i);
+    }
+    EXPECT_EQ(blocks.size(), 64U);
+    EXPECT_LT(live - before, 32) << "allocations, for " << blocks.size() << " entries";
+  }
+}
+
 TEST_F(Allocation, ProgressKeepsAChangeThatNobodyWasToldOf) {
   const std::string step = "short";  // An observer gets a copy, which needs no allocation then.
   attempts([&](long count) {
