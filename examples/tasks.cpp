@@ -1,6 +1,7 @@
 // What people come to the library for, a function each. The reference shows them; `//>` is what they print.
 #include <Tarn/Tarn.h>
 
+#include <exception>
 #include <iostream>
 #include <memory>
 
@@ -110,9 +111,15 @@ void identifyThings() {
 }  // namespace
 
 int main() {
-  translateTokens();
-  writeAndReadValues();
-  showProgress();
-  printAndReadTimes();
-  identifyThings();
+  try {
+    translateTokens();
+    writeAndReadValues();
+    showProgress();
+    printAndReadTimes();
+    identifyThings();
+    return 0;
+  } catch (const std::exception& error) {  // Such as a text that has no number where one is read.
+    std::cerr << error.what() << '\n';
+    return 1;
+  }
 }

@@ -224,6 +224,7 @@ ExitStatus verifyScans(const Options& options, Console& console) {
   console.clear();
   if (options.json) {
     std::vector<std::string> objects;
+    objects.reserve(problems.size());
     for (const Problem& problem : problems) {
       objects.push_back(jsonObject({{"line", std::to_string(problem.line)},
                                     {"byte", std::to_string(problem.byte)},

@@ -4,9 +4,10 @@
 
 #include <cerrno>
 #include <csignal>
+#include <system_error>
 
 std::vector<std::string> catalogue::startProgram(int argc, char** argv) {
-  std::signal(SIGPIPE, SIG_IGN);
+  if (std::signal(SIGPIPE, SIG_IGN) == SIG_ERR) throw std::system_error(errno, std::generic_category(), "SIGPIPE");
   return {argv + 1, argv + argc};
 }
 
