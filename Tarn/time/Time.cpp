@@ -51,10 +51,6 @@ std::int64_t wholeSecondsOf(const internal::CalendarFields& fields) {
   return internal::isInCalendar(seconds) ? seconds : 0;
 }
 
-internal::CalendarFields toFields(const std::tm& broken) {
-  return {broken.tm_year + 1900, broken.tm_mon + 1, broken.tm_mday, broken.tm_hour, broken.tm_min, broken.tm_sec};
-}
-
 template <class T>
 int order(const T& a, const T& b) {
   return a < b ? -1 : b < a ? 1 : 0;
@@ -99,10 +95,11 @@ std::optional<std::tm> internal::toLocalTime(double time) {
   return fields;
 }
 
-internal::CalendarFields internal::localFields(double time) {
-  const std::int64_t seconds = calendarSeconds(time);
-  std::tm fields;
-  return seconds >= 0 && platform::toLocalTime(seconds, fields) ? toFields(fields) : CalendarFields{};
+internal::TimeParts internal::partsOf(double time) {
+  const std::optional<std::int64_t> seconds = wholeSeconds(time);
+  if (!seconds) return {};
+  const double fraction = time - static_cast<double>(*seconds);
+  return {isInCalendar(*seconds) ? *seconds : -1, std::min(rounded(fraction * 1000.0), 999)};
 }
 
 internal::CalendarFields internal::utcFields(double time) {
@@ -161,12 +158,7 @@ int Time::getMin() const { return internal::localFields(absTime).minute; }
 
 int Time::getSec() const { return internal::localFields(absTime).second; }
 
-int Time::getMSec() const {
-  const std::optional<std::int64_t> seconds = internal::wholeSeconds(absTime);
-  if (!seconds) return 0;
-  const double fraction = absTime - static_cast<double>(*seconds);
-  return std::min(rounded(fraction * 1000.0), 999);
-}
+int Time::getMSec() const { return internal::partsOf(absTime).millisecond; }
 
 std::tm Time::getTimeStruct() const { return internal::toLocalTime(absTime).value_or(std::tm{}); }
 

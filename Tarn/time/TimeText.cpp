@@ -80,10 +80,13 @@ std::string inRuntimeLayout(double time, const char* layout) {
   return {text.data(), std::strftime(text.data(), text.size(), layout, &*fields)};
 }
 
-// What a clock of these fields is ahead of UTC at a time in whole seconds. The runtimes disagree on "%z": some give a
-// name.
-std::int64_t offsetOf(const CalendarFields& local, std::int64_t seconds) {
-  return internal::secondsOf(local) - seconds;
+// What a clock of these fields is ahead of UTC at a time in whole seconds: `secondsOf(local) - seconds`. The two dates
+// are less than half a week apart, so their weekdays tell by how much, and the date need not be converted back. The
+// runtimes disagree on "%z": some give a name.
+int offsetOf(const CalendarFields& local, std::int64_t seconds) {
+  const auto weekday = static_cast<int>((seconds / 86400 + 4) % 7);  // 1970-01-01 was a Thursday.
+  const int days = (local.weekday - weekday + 10) % 7 - 3;
+  return ((days * 24 + local.hour) * 60 + local.minute) * 60 + local.second - static_cast<int>(seconds % 86400);
 }
 
 // A number below 100, without a zero in front. Gives the end of what was written.
@@ -109,8 +112,8 @@ std::string Time::getTimeStr2() const {
 std::string Time::getTimeStr3() const { return inRuntimeLayout(absTime, "%A, %B %d, %Y at %H:%M:%S"); }
 
 std::string Time::getTimeStr4() const {
-  const CalendarFields local = internal::localFields(absTime);
-  const int milliseconds = getMSec();
+  const auto [seconds, milliseconds] = internal::partsOf(absTime);
+  const CalendarFields local = internal::localFieldsAt(seconds);
   std::string text = inLayout<"00:00:00:000">(local.hour, local.minute, local.second, std::max(milliseconds, 0) / 10);
   if (milliseconds >= 0) {
     text.back() = static_cast<char>('0' + milliseconds % 10);
@@ -141,9 +144,10 @@ std::string Time::getTimeStr8() const { return inIsoOrder<"0000-00-00 00:00:00">
 std::string Time::getTimeStr9() const { return inIsoOrder<"0000-00-00T00:00:00Z">(internal::utcFields(absTime)); }
 
 std::string Time::getIsoTimeStr() const {
-  const CalendarFields local = internal::localFields(absTime);
-  const std::int64_t offset = local.year != 0 ? offsetOf(local, internal::calendarSeconds(absTime)) : 0;
-  const auto minutes = static_cast<int>(std::abs(offset) / 60);
+  const std::int64_t seconds = internal::calendarSeconds(absTime);
+  const CalendarFields local = internal::localFieldsAt(seconds);
+  const int offset = local.year != 0 ? offsetOf(local, seconds) : 0;
+  const int minutes = std::abs(offset) / 60;
   if (offset >= 0 && minutes == 0) return inIsoOrder<"0000-00-00T00:00:00Z">(local);
   std::string text =
       inLayout<"0000-00-00T00:00:00+00:00">(local.year / 100, local.year % 100, local.month, local.day, local.hour,
@@ -159,8 +163,8 @@ std::ostream& operator<<(std::ostream& stream, const Time& time) {
 }
 
 std::string& operator<<(std::string& buffer, const Time& time) {
-  const CalendarFields fields = internal::localFields(time.getLastTime());
-  const int milliseconds = time.getMSec();
+  const auto [seconds, milliseconds] = internal::partsOf(time.getLastTime());
+  const CalendarFields fields = internal::localFieldsAt(seconds);
   std::array<char, 32> text;  // Holds eight numbers of two digits, six separators, and milliseconds down to -1000.
   char* out = putPlain(text.data(), fields.day);
   *out++ = '.';
