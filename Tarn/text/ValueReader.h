@@ -180,9 +180,9 @@ class ViewStream : private std::streambuf, public std::istream {
   [[nodiscard]] std::size_t consumed() const { return static_cast<std::size_t>(gptr() - eback()); }
 };
 
-// Whether a value begins right here, as it mostly does: then nothing has to be searched.
-constexpr bool beginsWithDigit(std::string_view text) noexcept {
-  return !text.empty() && '0' <= text.front() && text.front() <= '9';
+// Whether a number begins right here, as it mostly does: then nothing has to be searched.
+constexpr bool beginsWithNumber(std::string_view text) noexcept {
+  return !text.empty() && (('0' <= text.front() && text.front() <= '9') || text.front() == '-');
 }
 
 [[noreturn]] inline void throwNoValue() { throw std::out_of_range("invalid string position"); }
@@ -288,7 +288,7 @@ constexpr std::optional<uuids::uuid> parseUsualUuid(std::string_view text) noexc
 template <class T>
 ValueReader& operator>>(ValueReader& reader, T& value) {
   const ValueReader before = reader;
-  if (!internal::beginsWithDigit(reader.rest()) && !reader.skipToValue()) return reader;
+  if (!internal::beginsWithNumber(reader.rest()) && !reader.skipToValue()) return reader;
   if constexpr (DecimalInteger<T>) {
     internal::readInteger(reader, value);
   } else if constexpr (std::floating_point<T>) {
