@@ -67,6 +67,29 @@ void takeQuotedWord(std::istream& stream, std::string& word) {
   }
 }
 
+// Adds an entry whose value is still escaped, unless its key is there already. It is made in its place, from views
+// where that can be: a processor waits where it is to move a string that has just been written.
+template <class Key>
+void addEntry(std::map<std::string, std::string>& entries, Key&& key, std::string_view value) {
+  const std::size_t count = entries.size();
+  const auto entry = entries.emplace_hint(entries.end(), std::forward<Key>(key), value);
+  if (entries.size() > count) escToControls(entry->second, true);
+}
+
+// Takes a key with the arrow behind it as `takeMapKey` does, by one search in place of four, if it is as most keys are:
+// in quotes, without escapes and NULs.
+std::optional<std::string_view> takePlainKey(std::string_view& rest) {
+  constexpr internal::ByteClass<internal::ByteRange{'\0', '\0'}, internal::ByteRange{'"', '"'},
+                                internal::ByteRange{'\\', '\\'}>
+      kNotPlain;
+  if (rest.size() < 2 || rest[0] != '"' || rest[1] == '=') return std::nullopt;  // `"=>"` ends an empty key.
+  const std::size_t end = internal::findFirstOf(rest, kNotPlain, 1);
+  if (end == kNone || !rest.substr(end).starts_with(kMapSeparator)) return std::nullopt;
+  const std::string_view key = rest.substr(1, end - 1);
+  rest.remove_prefix(end + 3);
+  return key;
+}
+
 }  // namespace
 
 bool ValueReader::skipToValue() noexcept {
@@ -109,13 +132,15 @@ bool ValueReader::takeMapEntry(std::map<std::string, std::string>& entries) {
     rest_.remove_prefix(1);
     return false;
   }
+  if (const auto plainKey = takePlainKey(rest_)) {
+    addEntry(entries, *plainKey, takeString());
+    return true;
+  }
   const std::optional<std::string_view> keyText = takeMapKey();
   if (!keyText) return false;
   std::string key(*keyText);
-  std::string value(takeString());
   escToControls(key, true);
-  escToControls(value, true);
-  entries.try_emplace(entries.end(), std::move(key), std::move(value));
+  addEntry(entries, std::move(key), takeString());
   return true;
 }
 
