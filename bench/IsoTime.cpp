@@ -4,6 +4,7 @@
 
 #include "Tarn/time/Time.h"
 #include "bench/Bench.h"
+#include "bench/Clocks.h"
 
 #if WITH_ABSL
 #include <absl/time/time.h>
@@ -48,6 +49,7 @@ void bench::registerCases() {
   auto read = compare("ISO 8601 reading", std::string("2024-03-05T14:07:09Z"), [](const std::string& text) {
     return Tarn::Time::fromIsoTimeStrIgnoringTimeZone(text).getLastTime();
   });
+  read.limit("clocks and zone", [](const std::string& /*text*/) { return askClocksAndZone(1709647629); });
   read.peer("std::regex", byRegex).peer("sscanf and mktime", bySscanf);
 #if WITH_ABSL
   read.peer("absl::ParseTime", [zone = absl::LocalTimeZone()](const std::string& text) {

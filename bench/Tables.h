@@ -102,7 +102,7 @@ struct Entries {
   };
   explicit Entries(const std::vector<Key>& keys) {
     for (const Key& key : keys) registered.push_back({registered.size() * 7, key});
-    for (const std::uint64_t at : shuffled(keys.size())) lookedUp.push_back(registered[at]);
+    lookedUp = lookUps(registered);
   }
   std::vector<Entry> registered;
   std::vector<Entry> lookedUp;

@@ -54,11 +54,23 @@ inline auto changed(void (*function)(std::string&)) {
 }
 
 // Numbers from 0 up to below `count` in random order.
-inline std::vector<std::uint64_t> shuffled(std::size_t count) {
+inline std::vector<std::uint64_t> shuffled(std::size_t count, std::uint64_t seed = 2) {
   std::vector<std::uint64_t> numbers(count);
   for (std::size_t i = 0; i < count; ++i) numbers[i] = i;
-  std::shuffle(numbers.begin(), numbers.end(), std::mt19937_64(2));
+  std::shuffle(numbers.begin(), numbers.end(), std::mt19937_64(seed));
   return numbers;
+}
+
+// Values to look up: all in random order, and few of them again and again, each time in another order. A processor
+// learns an order that repeats itself soon, and then foresees what no program could: the outcomes of each search.
+template <class Value>
+std::vector<Value> lookUps(const std::vector<Value>& values) {
+  constexpr std::size_t kEnough = 65536;
+  std::vector<Value> drawn;
+  for (std::uint64_t seed = 2; drawn.size() < std::max(values.size(), kEnough); ++seed) {
+    for (const std::uint64_t at : shuffled(values.size(), seed)) drawn.push_back(values[at]);
+  }
+  return drawn;
 }
 
 using Bytes = std::array<unsigned char, 16>;

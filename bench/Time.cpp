@@ -5,6 +5,7 @@
 
 #include "Tarn/text/ValueText.h"
 #include "bench/Bench.h"
+#include "bench/Clocks.h"
 
 #if WITH_ABSL
 #include <absl/time/time.h>
@@ -112,12 +113,15 @@ void registerOperators() {
                        broken.tm_min, broken.tm_sec, 42);
   });
 #endif
-  bench::compare("time from a text", std::string("5.3.2024 15:7:9:0"), [](const std::string& text) {
-    ValueReader reader(text);
-    Time time;
-    reader >> time;
-    return time.getLastTime();
-  }).peer("sscanf and mktime", [](const std::string& text) {
+  auto read = bench::compare("time from a text", std::string("5.3.2024 15:7:9:0"), [](const std::string& text) {
+    return [&text, time = Time()]() mutable {
+      ValueReader reader(text);
+      reader >> time;
+      return time.getLastTime();
+    };
+  });
+  read.limit("clocks and zone", [](const std::string& /*text*/) { return bench::askClocksAndZone(kSeconds); });
+  read.peer("sscanf and mktime", [](const std::string& text) {
     std::tm broken{};
     int millisecond = 0;
     std::sscanf(text.c_str(), "%d.%d.%d %d:%d:%d:%d", &broken.tm_mday, &broken.tm_mon, &broken.tm_year, &broken.tm_hour,

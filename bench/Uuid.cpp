@@ -72,7 +72,7 @@ auto sort(const std::vector<Bytes>& bytes) {
   };
 }
 
-// Finds each identifier in a table of all, in an order unlike that of insertion.
+// Finds identifiers in a table of all.
 template <class Id, class Table>
 auto find(const std::vector<Bytes>& bytes) {
   struct Filled {
@@ -81,7 +81,7 @@ auto find(const std::vector<Bytes>& bytes) {
   };
   auto filled = std::make_shared<Filled>();
   for (const Id& id : bench::idsOf<Id>(bytes)) filled->table.emplace(id, filled->table.size());
-  for (const std::uint64_t at : bench::shuffled(bytes.size())) filled->ids.push_back(std::bit_cast<Id>(bytes[at]));
+  filled->ids = bench::idsOf<Id>(bench::lookUps(bytes));
   return [filled, next = bench::Cycle(filled->ids)]() mutable { return filled->table.find(next())->second; };
 }
 

@@ -67,6 +67,11 @@ void registerMaps() {
     text << map.entries;
     return text;
   });
+  write.limit("iteration", [](const Map& map) {
+    std::size_t sum = 0;
+    for (const auto& [key, value] : map.entries) sum += key.size() + static_cast<unsigned char>(value.front());
+    return sum;
+  });
   auto read = bench::compare("map read, entries", sizes, mapOf, [](const Map& map) {
     StringMap entries;
     ValueReader reader(map.text);
