@@ -53,7 +53,8 @@ std::string& operator<<(std::string& buffer, const std::string& value) {
 template <>
 std::string& operator<<(std::string& buffer, const StringMap& value) {
   buffer += '{';
-  for (const auto& entry : value) {
+  for (auto next = value.begin(); next != value.end();) {
+    const auto& entry = *next++;  // Ahead of the writing: the processor fetches the next entry meanwhile.
     if (&entry.second == &buffer) {
       appendEntry(buffer, StringMap::value_type(entry));  // The buffer's own text is what it was before this entry.
     } else {
