@@ -38,6 +38,10 @@ def elements(container):
     return (child for _, child in gdb.default_visualizer(container).children())
 
 
+def titled(name, count):
+    return '%s with %d element%s' % (name, count, '' if count == 1 else 's')
+
+
 class TablePrinter:
     """A table as its pairs of token and key. Tables are large, so pairs are read as GDB asks for them."""
 
@@ -51,21 +55,25 @@ class TablePrinter:
 
 
 class KeyTablePrinter(TablePrinter):
-    def __init__(self, tokens_to_keys):
-        self.map = tokens_to_keys
+    def __init__(self, table):
+        self.index = table['tokenToKeyMap']
+        self.words = table['pairs']['words_']
 
     def to_string(self):
-        printed = gdb.default_visualizer(self.map).to_string()  # "std::unordered_map with 2 elements"
-        return 'KeyTable' + printed[printed.index(' with '):]
+        first_slot = next(elements(self.index['slots_']), None)
+        return titled('KeyTable', 0 if first_slot is None else int(self.index['size_']))  # As HashIndex::size.
 
     def pairs(self):
-        tokens_and_keys = elements(self.map)
-        return zip(tokens_and_keys, tokens_and_keys)
+        characters = gdb.lookup_type('char').pointer()
+        for slot in elements(self.index['slots_']):
+            if int(slot['pair']) != 0:
+                pair = next(elements(self.words)).address + int(slot['pair'])  # As PairStore::token and key.
+                yield pair.dereference(), (pair + 2).cast(characters).lazy_string(length=int(pair[1]))
 
 
 class UuidKeyTablePrinter(TablePrinter):
-    def __init__(self, blocks):
-        self.blocks = list(elements(blocks))
+    def __init__(self, table):
+        self.blocks = list(elements(table['tokenToUuidMap']['blocks_']))
 
     def to_string(self):
         count = 0
@@ -73,7 +81,7 @@ class UuidKeyTablePrinter(TablePrinter):
         while number > 0:  # As SortedBlocks::size.
             count += int(self.blocks[number - 1]['partialCount'])
             number &= number - 1
-        return 'UuidKeyTable with %d element%s' % (count, '' if count == 1 else 's')
+        return titled('UuidKeyTable', count)
 
     def pairs(self):
         for block in self.blocks:
@@ -85,8 +93,7 @@ def where_shown(container_of, printer):
     """Without the printers of the standard library, a table is shown as it is."""
 
     def printer_of(value):
-        container = container_of(value)
-        return printer(container) if gdb.default_visualizer(container) else None
+        return printer(value) if gdb.default_visualizer(container_of(value)) else None
 
     return printer_of
 
@@ -96,7 +103,7 @@ def printers():
     collection.add_printer('uuid', '^Tarn::uuids::uuid$', UuidPrinter)
     collection.add_printer('Time', '^Tarn::Time$', TimePrinter)
     collection.add_printer('KeyTable', '^Tarn::DataStructures::KeyTable$',
-                           where_shown(lambda table: table['tokenToKeyMap'], KeyTablePrinter))
+                           where_shown(lambda table: table['pairs']['words_'], KeyTablePrinter))
     collection.add_printer('UuidKeyTable', '^Tarn::DataStructures::UuidKeyTable$',
                            where_shown(lambda table: table['tokenToUuidMap']['blocks_'], UuidKeyTablePrinter))
     return collection

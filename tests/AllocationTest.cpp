@@ -194,8 +194,8 @@ TEST_F(Allocation, SomeOperationsNeedNone) {
     Time time = Time::fromIsoTimeStrIgnoringTimeZone(isoTime);
     numbers >> number >> flag >> letter >> time;
     return number == 7 && flag && letter == 'x' && parseUuid(id) && time.getYear() == 2024 &&
-           table.keyToToken(kLong) == 1 && table.rmEntry(1, kLong) && findLastOf(isoTime, "Z") > 0 &&
-           compareIgnoreCase(kLong, isoTime) < 0;
+           table.keyToToken(kLong) == 1 && !table.addEntry(1, isoTime) && table.rmEntry(1, kLong) &&
+           findLastOf(isoTime, "Z") > 0 && compareIgnoreCase(kLong, isoTime) < 0;
   };
   bool holds = false;
   EXPECT_FALSE(failsAfter(0, [&] { holds = call(); }));
@@ -223,25 +223,30 @@ TEST_F(Allocation, SearchesFindWithoutMemory) {
 }
 
 TEST_F(Allocation, TablesStayUsable) {
-  const std::string other = kLong + "2";
+  const std::string other = kLong + " again";
   const auto id = uuids::uuid::generate();
+  constexpr std::uint64_t kFull = 7;  // Both directions need room for one more.
   attempts([&](long count) {
-    KeyTable names({{1, kLong}});
+    KeyTable names;
+    for (std::uint64_t token = 0; token < kFull; ++token) names.addEntry(token, kLong + std::to_string(token));
     UuidKeyTable ids;
     const bool failed = failsAfter(count, [&] {
-      names.addEntry(2, other);
+      names.addEntry(kFull, other);
       ids.addEntry(2, id);
       KeyTable copy = names;
       copy.rmAll();
     });
-    // A pair is registered by its token first; nothing takes that back.
-    EXPECT_EQ(names.tokenToKey(1), kLong);
-    EXPECT_EQ(names.keyToToken(kLong), 1U);
-    EXPECT_TRUE(names.keyToToken(other) != 2 || names.tokenToKey(2) == other);
+    // A pair is in both directions or in none; a uuid's is registered by its token first, and nothing takes that back.
+    const bool isNew = names.getNumElements() == kFull;
+    EXPECT_EQ(names.tokenToKey(kFull).has_value(), !isNew);
+    EXPECT_EQ(names.keyToToken(other) == kFull, !isNew);
     EXPECT_TRUE(ids.keyToToken(id) != 2 || ids.tokenToKey(2) == id);
-    const bool isNew = names.getNumElements() == 1;
-    EXPECT_EQ(names.addEntry(2, other), isNew);
-    EXPECT_EQ(names.getNumElements(), 2U);
+    EXPECT_EQ(names.addEntry(kFull, other), isNew);
+    EXPECT_EQ(names.getNumElements(), kFull + 1);
+    for (std::uint64_t token = 0; token < kFull; ++token) {
+      EXPECT_EQ(names.tokenToKey(token), kLong + std::to_string(token));
+      EXPECT_EQ(names.keyToToken(kLong + std::to_string(token)), token);
+    }
     EXPECT_TRUE(names.rmAll());
     EXPECT_TRUE(names.addEntry(2, other) && names.keyToToken(other) == 2);
     return failed;

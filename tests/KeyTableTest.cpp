@@ -6,6 +6,7 @@
 #include <map>
 
 #include "Tarn/DataStructures/UuidKeyTable.h"
+#include "Tarn/DataStructures/internal/HashedPairs.h"
 #include "Tarn/DataStructures/internal/SortedBlocks.h"
 #include "tests/Generate.h"
 #include "tests/Plain.h"
@@ -27,7 +28,9 @@ struct Model : PlainTable<Key> {
   }
 };
 
-std::string stringKey(std::uint64_t number) { return std::string("key\0", 4) + std::string(number, 'x'); }
+std::string stringKey(std::uint64_t number) {
+  return number == 0 ? "" : std::string("key\0", 4) + std::string(number % 40, 'x') + std::to_string(number);
+}
 
 uuids::uuid uuidKey(std::uint64_t number) {
   std::array<unsigned char, 16> bytes{};
@@ -52,21 +55,52 @@ void expectPositions(const UuidKeyTable& table, const Model<UuidKeyTable, uuids:
   }
 }
 
-// Few tokens and keys, so that every kind of collision happens, and pairs that do not belong together.
 template <class Table, class Key>
-void runOperations(Key (*makeKey)(std::uint64_t)) {
-  Generate generate(1);
+void expectAllSame(const Table& table, const Model<Table, Key>& model) {
+  for (const auto& [token, key] : model.byToken) model.expectSame(table, token, key);
+  for (const auto& [key, token] : model.byKey) model.expectSame(table, token, key);
+  EXPECT_EQ(table.getNumElements(), expectedSize(model));
+  expectPositions(table, model);
+}
+
+// What is moved or assigned to itself is a table afterwards, and what was moved from is an empty one.
+template <class Table, class Key>
+void move(Table& table, const Key& key) {
+  Table moved = std::move(table);
+  EXPECT_EQ(table.getNumElements(), 0U);
+  EXPECT_EQ(table.tokenToKey(kAllOnes), std::nullopt);
+  Table& same = table;
+  for (int i = 0; i < 3; ++i) {
+    table.addEntry(kAllOnes, key);
+    EXPECT_EQ(table.tokenToKey(kAllOnes), key);
+    EXPECT_EQ(table.keyToToken(key), kAllOnes);
+    if (i == 0) table = std::move(same);
+    if (i == 1) table = same;
+  }
+  table = std::move(moved);
+}
+
+// Tokens and keys below a range: where that is small, every kind of collision happens, and pairs that do not belong
+// together; where it is large, tables grow and shrink. A copy is compared after the table has gone on.
+template <class Table, class Key>
+void runOperations(Key (*makeKey)(std::uint64_t), unsigned range) {
+  Generate generate(range);
   Table table;
+  Table copy;
   Model<Table, Key> model;
-  for (int i = 0; i < 20000; ++i) {
-    const std::uint64_t token = generate.below(12) == 0 ? kAllOnes : generate.below(12);
-    const Key key = makeKey(generate.below(12));
+  Model<Table, Key> copiedModel;
+  for (unsigned i = 0; i < 20000; ++i) {
+    const std::uint64_t token = generate.below(12) == 0 ? kAllOnes : generate.below(range);
+    const Key key = makeKey(generate.below(range));
     switch (generate.below(i % 1000 < 500 ? 3 : 5)) {
-      case 0:
-        EXPECT_EQ(table.rmEntry(token, key), model.rmEntry(token, key));
+      case 0: {
+        const bool isPair = generate.below(2) == 0 && model.byToken.contains(token);
+        const Key removed = isPair ? model.byToken.at(token) : key;
+        EXPECT_EQ(table.rmEntry(token, removed), model.rmEntry(token, removed));
         break;
+      }
       case 1:
-        if (generate.below(50) == 0) {
+        if (generate.below(4ULL * range) == 0) {
           const bool holds = expectedSize(model) > 0;
           EXPECT_EQ(table.rmAll(), holds);
           if (holds) model = {};
@@ -77,7 +111,13 @@ void runOperations(Key (*makeKey)(std::uint64_t)) {
     }
     model.expectSame(table, token, key);
     EXPECT_EQ(table.getNumElements(), expectedSize(model));
-    if (i % 16 == 0) expectPositions(table, model);
+    if (i % (range + 4) == 0) {
+      expectAllSame(table, model);
+      expectAllSame(copy, copiedModel);
+      copy = table;
+      copiedModel = model;
+      move(table, key);
+    }
     if (testing::Test::HasFailure()) FAIL() << "operation " << i;
   }
 }
@@ -134,9 +174,61 @@ TEST(SortedBlocks, BehaveAsAMap) {
   runSortedBlocks<64>();
 }
 
-TEST(KeyTable, BehavesAsItsMaps) { runOperations<KeyTable, std::string>(stringKey); }
+// An index against a map from each pair to its hash, with hashes that make rows: in the midst of the places, at their
+// end and far behind it.
+void runHashIndex(std::uint32_t (*hashOf)(std::uint32_t pair)) {
+  using internal::HashIndex;
+  Generate generate(1);
+  HashIndex index;
+  std::map<std::uint32_t, std::uint32_t> model;
+  const auto find = [&index](std::uint32_t hash, std::uint32_t pair) {
+    return index.find(hash, [pair](std::uint32_t other) { return other == pair; });
+  };
+  for (int i = 0; i < 12000; ++i) {
+    const auto pair = static_cast<std::uint32_t>(generate.below(400)) + 1;
+    const bool adds = generate.below(10) < (i / 1000 % 2 == 0 ? 9U : 1U);
+    if (adds && model.emplace(pair, hashOf(pair)).second) {
+      index.reserve(index.size());
+      index.insert(hashOf(pair), pair);
+    } else if (!adds && model.erase(pair) == 1) {
+      index.erase(find(hashOf(pair), pair));
+    }
+    EXPECT_EQ(find(hashOf(pair), pair) != nullptr, model.contains(pair));
+    EXPECT_EQ(index.size(), model.size());
+    for (std::uint32_t other = 1; i % 64 == 0 && other <= 400; ++other) {
+      EXPECT_EQ(find(hashOf(other), other) != nullptr, model.contains(other));
+    }
+    if (testing::Test::HasFailure()) FAIL() << "operation " << i;
+  }
+}
 
-TEST(UuidKeyTable, BehavesAsItsMaps) { runOperations<UuidKeyTable, uuids::uuid>(uuidKey); }
+TEST(HashIndex, BehavesAsAMap) {
+  constexpr std::uint32_t kGreatest = 0xFFFFFFFF;
+  runHashIndex([](std::uint32_t pair) { return pair * 0x9E3779B9; });
+  runHashIndex([](std::uint32_t pair) { return pair % 5 * (kGreatest / 4); });
+  runHashIndex([](std::uint32_t pair) { return kGreatest - pair; });
+  runHashIndex([](std::uint32_t) { return kGreatest; });
+  runHashIndex([](std::uint32_t) { return 0U; });
+}
+
+TEST(PairStore, IsFullAtItsLimit) {
+  internal::PairStore<9> pairs;  // A word for what is unused, and two pairs.
+  const std::uint32_t first = pairs.add(1, "12345678");
+  EXPECT_THROW(pairs.add(2, std::string(25, 'x')), std::length_error);
+  const std::uint32_t second = pairs.add(kAllOnes, std::string(24, 'x'));
+  EXPECT_THROW(pairs.add(3, ""), std::length_error);
+  EXPECT_EQ(pairs.token(first), 1U);
+  EXPECT_EQ(pairs.key(first), "12345678");
+  EXPECT_EQ(pairs.token(second), kAllOnes);
+  EXPECT_EQ(pairs.key(second), std::string(24, 'x'));
+}
+
+TEST(KeyTable, BehavesAsItsMaps) {
+  runOperations<KeyTable, std::string>(stringKey, 12);
+  runOperations<KeyTable, std::string>(stringKey, 3000);
+}
+
+TEST(UuidKeyTable, BehavesAsItsMaps) { runOperations<UuidKeyTable, uuids::uuid>(uuidKey, 12); }
 
 TEST(KeyTable, TakesLists) {
   const std::vector<KeyTableEntry> entries = {{7, "a"}, {7, "b"}, {8, "a"}, {0, ""}};
@@ -148,19 +240,6 @@ TEST(KeyTable, TakesLists) {
   EXPECT_EQ(table.keyToToken("b"), kAllOnes);
   EXPECT_EQ(table.keyToToken("A"), 9U);
   EXPECT_EQ(table.keyToToken(""), 0U);
-}
-
-TEST(KeyTable, CopiesAndMovesAreTablesOfTheirOwn) {
-  KeyTable table({{1, "a"}});
-  KeyTable copy = table;
-  table.rmAll();
-  EXPECT_EQ(copy.keyToToken("a"), 1U);
-  UuidKeyTable ids;
-  ids.addEntry(1, uuidKey(1));
-  const UuidKeyTable moved = std::move(ids);
-  EXPECT_EQ(moved.getKey(0), uuidKey(1));
-  ids.addEntry(2, uuidKey(2));  // The one that was moved from holds something valid.
-  EXPECT_EQ(ids.tokenToKey(2), uuidKey(2));
 }
 
 TEST(UuidKeyTable, TokensWithoutUuidOutliveRmAll) {

@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
+#include "Tarn/DataStructures/internal/HashedPairs.h"
 #include "Tarn/Export.h"
 
 /// Key tables, progress, stream names and scan statistics.
@@ -24,7 +24,7 @@ struct KeyTableEntry {
 ///
 /// Every 64-bit number is a valid token and every text a valid key, the empty one and one with NULs included; keys
 /// are compared byte by byte. A token has one key. Several tokens may share a key, which then translates back to the
-/// token that was registered first. The table owns copies of its keys, one for each direction.
+/// token that was registered first. The table owns copies of its keys, one for each pair.
 ///
 ///     KeyTable table;
 ///     table.addEntry(1, "north");  // true
@@ -33,9 +33,11 @@ struct KeyTableEntry {
 ///     table.keyToToken("north");   // 1
 ///     table.tokenToKey(2);         // "north"
 ///
-/// Every call but `addTable` and `rmAll` takes constant time on average. Only allocation can throw; when it does, a
-/// table stays usable. Threads: any number may call const members at once; a call that changes the table must not
-/// overlap any other on the same table.
+/// Every call but `addTable` and `rmAll` takes constant time on average: now and then an insertion makes room, or a
+/// removal moves pairs together, in time linear in the table. The memory is that of the keys and 34 to 60 bytes a pair,
+/// at most doubled; removals leave it for later pairs. Only allocation can throw, and `std::length_error` where the
+/// keys and 16 bytes a pair would pass 32 GiB; a table stays usable. Threads: any number may call const members at
+/// once; a call that changes the table must not overlap any other on the same table.
 class KeyTable {
  public:
   KeyTable() = default;
@@ -43,13 +45,12 @@ class KeyTable {
   /// A table filled by `addTable(entries)`.
   TARN_API explicit KeyTable(const std::vector<KeyTableEntry>& entries);
 
-  /// Registers a pair. A key that is registered already keeps its first token. If allocation throws, nothing has
-  /// changed, or the token has its key and the key not yet its token.
+  /// Registers a pair. A key that is registered already keeps its first token. If it throws, nothing has changed.
   /// @return false, and nothing changes, when the token is present.
   TARN_API bool addEntry(std::uint64_t token, const std::string& key);
 
   /// Registers the entries from first to last, each as `addEntry` does; an entry whose token is present is skipped.
-  /// Quicker than one by one where the list is most of the table. If allocation throws, the entries before stay.
+  /// Quicker than one by one where the list is most of the table. If it throws, the entries before stay.
   TARN_API void addTable(const std::vector<KeyTableEntry>& entries);
 
   /// The number of tokens.
@@ -69,13 +70,23 @@ class KeyTable {
   /// @return false, and nothing changes, unless both are present.
   TARN_API bool rmEntry(std::uint64_t token, const std::string& key);
 
-  /// Empties the table; linear in its size.
+  /// Empties the table and gives its memory back; linear in its size.
   /// @return false when it held no token.
   TARN_API bool rmAll();
 
  private:
-  std::unordered_map<std::string, std::uint64_t> keyToTokenMap;
-  std::unordered_map<std::uint64_t, std::string> tokenToKeyMap;
+  // Where each direction has a pair, or null.
+  struct Slots {
+    const internal::HashIndex::Slot* byToken;
+    const internal::HashIndex::Slot* byKey;
+  };
+  [[nodiscard]] Slots slotsOf(std::uint32_t pair) const noexcept;
+  void dropUnused(std::uint32_t pair) noexcept;
+  void compact() noexcept;
+
+  internal::HashIndex keyToTokenMap;
+  internal::HashIndex tokenToKeyMap;
+  internal::PairStore<> pairs;  // What the two name, and what was removed.
 };
 
 }  // namespace Tarn::DataStructures
