@@ -98,7 +98,7 @@ class HashIndex {
   template <class Matches>
   [[nodiscard]] const Slot* find(std::uint32_t hash, Matches matches) const noexcept {
     if (slots_.empty()) return nullptr;
-    for (const Slot* slot = &slots_[search(hash)]; slot->hash == hash && slot->pair != 0; ++slot) {
+    for (const Slot* slot = search(hash); slot->hash == hash && slot->pair != 0; ++slot) {
       if (matches(slot->pair)) return slot;
     }
     return nullptr;
@@ -115,7 +115,7 @@ class HashIndex {
 
   // There must be room.
   void insert(std::uint32_t hash, std::uint32_t pair) noexcept {
-    Slot* const at = &slots_[search(hash)];
+    Slot* const at = &slots_[numberOf(search(hash))];
     Slot* end = at;
     while (end->pair != 0) ++end;
     std::move_backward(at, end, end + 1);
@@ -144,11 +144,11 @@ class HashIndex {
     return static_cast<std::size_t>(slot - slots_.data());
   }
 
-  // Where the first slot is, from the hash's place on, whose hash is not smaller.
-  [[nodiscard]] std::size_t search(std::uint32_t hash) const noexcept {
-    const Slot* slot = &slots_[place(hash, shift_)];
+  // The first slot from the hash's place on whose hash is not smaller.
+  [[nodiscard]] const Slot* search(std::uint32_t hash) const noexcept {
+    const Slot* slot = slots_.data() + place(hash, shift_);
     while (slot->hash < hash) ++slot;
-    return numberOf(slot);
+    return slot;
   }
 
   void grow(std::size_t places) {
