@@ -239,8 +239,9 @@ TEST(ValueReader, Maps) {
 
 // Texts of the pieces that strings and maps are made of.
 std::string pieces(Generate& generate) {
-  constexpr std::string_view kPieces[] = {"\"=>\"", "=>", "\"", "\" \"", "\\", "a",    "b",    "12",      " ",
-                                          "\n",     "{",  "}",  "[",     "-",  "\x7F", "tRue", "\\u00e9", {"\0", 1}};
+  constexpr std::string_view kPieces[] = {"\"=>\"", "=>",   "\"",   "\" \"",   "\\",     "a", "b",
+                                          "12",     " ",    "00",   "\n",      "{",      "}", "[",
+                                          "-",      "\x7F", "tRue", "\\u00e9", {"\0", 1}};
   std::string text;
   for (std::uint64_t n = generate.below(20); n > 0; --n) text += kPieces[generate.below(std::size(kPieces))];
   return text;
@@ -361,6 +362,19 @@ TEST(ValueReader, ManyReadsAreLinear) {
   for (; value == "a"; ++count) reader >> value;
   EXPECT_EQ(count, kMany);
   EXPECT_EQ(value.size(), behind.size());
+  const std::string zeros(6000000, '0');
+  const std::string commas(20000000, ',');
+  ValueReader zeroReader(zeros);
+  ValueReader commaReader(commas);
+  bool isSet = false;
+  for (int i = 0; i < kMany; ++i) {
+    zeroReader >> isSet;
+    commaReader >> count;
+    ASSERT_FALSE(isSet);
+  }
+  EXPECT_EQ(zeroReader.rest().size(), zeros.size() - kMany);
+  EXPECT_EQ(count, kMany);
+  EXPECT_EQ(commaReader.rest(), commas);
 }
 
 struct Word {

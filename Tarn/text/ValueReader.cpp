@@ -32,13 +32,6 @@ std::string_view takeUntil(std::string_view& rest, std::size_t position) {
   return taken;
 }
 
-// Whether a decimal integer at the front is not 0, however long it is.
-bool isNonZeroInteger(std::string_view text) {
-  if (text.starts_with('+') || text.starts_with('-')) text.remove_prefix(1);
-  text.remove_prefix(std::min(text.find_first_not_of('0'), text.size()));
-  return !text.empty() && internal::isOf(text.front(), internal::kDigit);
-}
-
 template <class Character>
 ValueReader& readSmallInteger(ValueReader& reader, Character& value) {
   if (!reader.skipToValue()) return reader;
@@ -93,10 +86,19 @@ std::optional<std::string_view> takePlainKey(std::string_view& rest) {
 }  // namespace
 
 bool ValueReader::skipToValue() noexcept {
-  const std::size_t first = internal::findFirstOf(rest_, internal::kAlphaNum);
-  if (first == kNone) return false;
+  const std::size_t first = holdsNoValue_ ? kNone : internal::findFirstOf(rest_, internal::kAlphaNum);
+  holdsNoValue_ = first == kNone;
+  if (holdsNoValue_) return false;
   rest_.remove_prefix(first);
   return true;
+}
+
+// Whether a decimal integer at the front of a part of the rest is not 0, however long it is.
+bool ValueReader::isNonZeroInteger(std::string_view text) noexcept {
+  if (text.starts_with('+') || text.starts_with('-')) text.remove_prefix(1);
+  const char* const end = text.data() + text.size();
+  if (text.data() >= zerosEnd_) zerosEnd_ = text.data() + std::min(text.find_first_not_of('0'), text.size());
+  return zerosEnd_ != end && internal::isOf(*zerosEnd_, internal::kDigit);
 }
 
 // A quoted string, a line, or all there is. In front of a quote, the text counts up to its first NUL.
@@ -164,7 +166,7 @@ ValueReader& operator>>(ValueReader& reader, bool& value) {
   }
   const std::string_view text = reader.rest().substr(first);
   if (!internal::isOf(text.front(), internal::kLetter)) {
-    value = isNonZeroInteger(text);
+    value = reader.isNonZeroInteger(text);
     reader.skip(first + 1);
   } else if (internal::startsWithWord(text, "true")) {
     value = true;

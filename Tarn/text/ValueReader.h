@@ -108,18 +108,22 @@ class ValueReader {
   TARN_API bool skipToValue() noexcept;
 
  private:
+  friend TARN_API ValueReader& operator>>(ValueReader& reader, bool& value);
   friend TARN_API ValueReader& operator>>(ValueReader& reader, std::string& value);
   friend TARN_API ValueReader& operator>>(ValueReader& reader, std::map<std::string, std::string>& value);
   friend TARN_API ValueReader& operator>>(ValueReader& reader, uuids::uuid& value);
 
+  bool isNonZeroInteger(std::string_view text) noexcept;
   std::string_view takeString() noexcept;
   std::optional<std::string_view> takeMapKey() noexcept;
   bool takeMapEntry(std::map<std::string, std::string>& entries);
 
   std::string_view rest_;
   // What is known of the rest. It stays true, as the rest only shrinks, and spares a search at every read.
+  bool holdsNoValue_ = false;
   bool holdsNoNul_ = false;
   bool holdsNoSeparator_ = false;
+  const char* zerosEnd_ = rest_.data();  // What stands before it in the rest is zeros.
 };
 
 /// @name Readers
