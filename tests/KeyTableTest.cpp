@@ -211,12 +211,19 @@ TEST(HashIndex, BehavesAsAMap) {
   runHashIndex([](std::uint32_t) { return 0U; });
 }
 
-TEST(PairStore, IsFullAtItsLimit) {
+TEST(PairStore, IsFullAtItsLimitUntilPairsAreDropped) {
   internal::PairStore<9> pairs;  // A word for what is unused, and two pairs.
   const std::uint32_t first = pairs.add(1, "12345678");
   EXPECT_THROW(pairs.add(2, std::string(25, 'x')), std::length_error);
   const std::uint32_t second = pairs.add(kAllOnes, std::string(24, 'x'));
   EXPECT_THROW(pairs.add(3, ""), std::length_error);
+  pairs.drop(first);
+  EXPECT_FALSE(pairs.isMostlyUnused());
+  pairs.drop(second);
+  EXPECT_TRUE(pairs.isMostlyUnused());
+  pairs.compact([&](std::uint32_t pair, std::uint32_t) { return pair == first; });
+  EXPECT_FALSE(pairs.isMostlyUnused());
+  EXPECT_EQ(pairs.add(kAllOnes, std::string(24, 'x')), second);
   EXPECT_EQ(pairs.token(first), 1U);
   EXPECT_EQ(pairs.key(first), "12345678");
   EXPECT_EQ(pairs.token(second), kAllOnes);
