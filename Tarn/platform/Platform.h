@@ -19,7 +19,7 @@ std::array<unsigned char, 16> newUuid();
 bool toLocalTime(std::int64_t seconds, std::tm& fields);
 
 // Whole seconds since 1970-01-01 UTC at which local clocks show what a clock without a zone shows `local` seconds after
-// 1970-01-01 00:00:00; negative if the time is earlier. Where the runtime cannot tell, negative or as of a clock in UTC.
+// 1970-01-01 00:00:00; negative if the time is earlier. Where the runtime cannot tell, negative or as in UTC.
 std::int64_t fromLocalTime(std::int64_t local);
 
 }  // namespace Tarn::platform
