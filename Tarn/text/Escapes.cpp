@@ -203,8 +203,8 @@ std::uint64_t bitsOf(const char* window, Class sought) {
   return bits;
 }
 
-// Whether each backslash among the first bytes of a window begins a well-formed escape. Not of such that follow each
-// other, which would have to be counted.
+// Whether each backslash among the first bytes of a window begins a well-formed escape. False also where one follows
+// another: which of them begins an escape depends on how many there are.
 bool isClean(const char* window, bool unicodeEscapes) {
   const std::uint64_t backslash = bitsOf(window, kBackslash);
   if (backslash == 0) return true;

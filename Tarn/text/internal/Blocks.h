@@ -123,9 +123,8 @@ class Block {
       return isBehind(of(kLast + 1), *this);
     } else if constexpr (kLast == SCHAR_MAX) {
       return isBehind(*this, of(kFirst - 1));
-    } else {  // Moved to the front of that order.
-      constexpr auto kBehind = static_cast<signed char>(SCHAR_MIN + (kLast - kFirst + 1));
-      return isBehind(of(kBehind), _mm_add_epi8(bytes_, _mm_set1_epi8(static_cast<char>(SCHAR_MIN - kFirst))));
+    } else {
+      return isBehind(*this, of(kFirst - 1)) & isBehind(of(kLast + 1), *this);
     }
   }
   friend Block sameLetters(Block a, Block b) {
