@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstddef>
+#include <cstring>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -185,8 +186,7 @@ int findLastOf(const std::string& text, char character, int start) {
 }
 
 bool startsWith(const std::string& text, const std::string& prefix) {
-  // Not `starts_with`, which compares for an order.
-  return text.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), text.begin());
+  return text.size() >= prefix.size() && std::memcmp(text.data(), prefix.data(), prefix.size()) == 0;
 }
 
 std::string implode(const std::vector<std::string>& parts, const std::string& separator) {
