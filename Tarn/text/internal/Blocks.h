@@ -201,8 +201,11 @@ template <ByteRange... kRanges>
 struct ByteClass {
   static constexpr bool holds(char byte) {
     const auto value = static_cast<unsigned char>(byte);
-    if constexpr (sizeof...(kRanges) == 1) return ((kRanges.first <= value && value <= kRanges.last) && ...);
-    return kHolds[value];
+    if constexpr (sizeof...(kRanges) == 1) {
+      return ((kRanges.first <= value && value <= kRanges.last) && ...);
+    } else {
+      return kHolds[value];
+    }
   }
 
   template <class B>
