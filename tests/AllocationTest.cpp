@@ -285,6 +285,22 @@ TEST_F(Allocation, SortedBlocksGiveMemoryBack) {
   }
 }
 
+TEST_F(Allocation, KeyTableTakesTheSpaceOfRemovedPairsAgain) {
+  const std::string keys[] = {kLong + "a", kLong + "b"};
+  for (const bool isCrossed : {false, true}) {
+    KeyTable table;
+    const auto addAndRemove = [&](int rounds) {
+      for (int i = 0; i < rounds; ++i) {
+        for (const std::size_t token : {0U, 1U}) table.addEntry(token, keys[token]);
+        for (const std::size_t token : {0U, 1U}) table.rmEntry(token, keys[isCrossed ? 1 - token : token]);
+      }
+    };
+    addAndRemove(100);
+    EXPECT_FALSE(failsAfter(0, [&] { addAndRemove(10000); })) << isCrossed;
+    EXPECT_EQ(table.getNumElements(), 0U);
+  }
+}
+
 TEST_F(Allocation, ProgressKeepsAChangeThatNobodyWasToldOf) {
   const std::string step = "short";  // An observer gets a copy, which needs no allocation then.
   attempts([&](long count) {
