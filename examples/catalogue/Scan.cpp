@@ -7,12 +7,7 @@
 
 namespace catalogue {
 
-using Tarn::PrintF;
-using Tarn::StringMap;
-using Tarn::Time;
-using Tarn::ValueReader;
-using Tarn::operator<<;  // The codec's operators are found this way.
-using Tarn::operator>>;
+using namespace Tarn;  // The codec's operators are found this way.
 
 namespace {
 
