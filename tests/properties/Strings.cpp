@@ -1,0 +1,91 @@
+// String utilities against one-line definitions. Input: a start, then three texts.
+#include "Tarn/text/StringUtilities.h"
+
+#include <vector>
+
+#include "Tarn/text/Formatting.h"
+#include "tests/Plain.h"
+#include "tests/properties/Properties.h"
+
+namespace {
+
+using namespace Tarn;
+
+constexpr const char* kSpaces = " \t\n\v\f\r";
+
+bool isNumberChar(char c) { return findValue({c}) == 0 && (!isLetter(c) || c == 'e' || c == 'E'); }
+
+void requireSearches(const std::string& text, int start) {
+  const auto search = [&](auto isSought) {
+    for (std::size_t i = static_cast<unsigned>(start); start >= 0 && i < text.size(); ++i) {
+      if (isSought(text[i])) return static_cast<int>(i);
+    }
+    return -1;
+  };
+  require(findAlphaNum(text, start) == search([](char c) { return findValue({c}) == 0; }), "the first of a value");
+  require(findNonWS(text, start) == search([](char c) { return findVisible({c}) == 0; }), "the first visible one");
+  require(findValidNumberChar(text, start) == search(isNumberChar), "the first of a number");
+  require(isAscii(text) == std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; }), "ASCII");
+  for (const char c : {'a', '\0', '\xE9', text.empty() ? 'b' : text.back()}) {
+    require(findLastOf(text, c, start) == plainFindLast(text, c, start), "the last character is strrchr's");
+  }
+}
+
+void requireTrims(const std::string& text) {
+  const std::size_t first = std::min(text.find_first_not_of(kSpaces), text.size());
+  const std::size_t end = text.find_last_not_of(kSpaces) + 1;
+  require(ltrim_copy(text) == text.substr(first), "the front is trimmed");
+  require(rtrim_copy(text) == text.substr(0, end), "the end is trimmed");
+  require(trim_copy(text) == text.substr(first, end - std::min(first, end)), "both ends are trimmed");
+  std::string eaten = text;
+  eatwhite(eaten);
+  const std::size_t visible = findVisible(text);
+  require(eaten == (visible == text.size() ? text : text.substr(visible)), "whitespace in front is eaten");
+}
+
+void requireReplacements(const std::string& text, const std::string& from, const std::string& to) {
+  std::string replaced = text;
+  replaceAll(replaced, from, to);
+  require(replaced == plainReplace(text, from, to), "hits are replaced one by one");
+  std::wstring wideText(text.begin(), text.end());
+  const std::wstring wideFrom(from.begin(), from.end());
+  const std::wstring wideTo(to.begin(), to.end());
+  const std::wstring expected = plainReplace(wideText, wideFrom, wideTo);
+  replaceAll(wideText, wideFrom, wideTo);
+  require(wideText == expected, "wide hits are replaced one by one");
+  std::string own = text;
+  replaceAll(own, from, own);
+  require(own == plainReplace(text, from, text), "a text may replace what is in it");
+}
+
+// So many repetitions that a search looks for a better way.
+std::string repeated(const std::string& text, std::size_t times) {
+  std::string result;
+  for (; times > 0; --times) result += text;
+  return result;
+}
+
+}  // namespace
+
+void checkStrings(Input input) {
+  const int start = input.number<signed char>();
+  const std::string text = input.text();
+  const std::string from = input.text();
+  const std::string to = input.rest();
+  for (const int at : {start, 0, static_cast<int>(text.size()) - 1}) requireSearches(text, at);
+  require(findLastOf(text, from) == plainFindLast(text, from), "the last needle is strstr's");
+  require(startsWith(text, from) == (text.compare(0, from.size(), from) == 0), "a prefix compares equal");
+  const std::string many = repeated(text.substr(0, 100), 40);
+  const std::string some = repeated(text.substr(0, 100), 10) + from;
+  require(findLastOf(many + to, some) == plainFindLast(many + to, some), "the last of many needles is strstr's");
+  requireReplacements(many + to, some, to);
+  requireTrims(text);
+  requireReplacements(text, from, to);
+  require(implode({text, from, to}, from) == text + from + from + from + to, "parts are joined");
+  require(std::string(PrintF("%s", text)) == std::string(text.c_str()).substr(0, 999), "a C string is printed");
+  if (text.size() - text.find_last_not_of("0123456789") <= 19) {
+    std::string name = text;
+    incrementIndex(name);
+    require(name == plainIncrement(text), "a name is numbered on");
+  }
+}

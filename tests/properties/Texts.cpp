@@ -1,0 +1,89 @@
+// Escapes, wide text and comparisons. Input: two texts.
+#include <algorithm>
+#include <stdexcept>
+
+#include "Tarn/text/StringUtilities.h"
+#include "tests/Plain.h"
+#include "tests/properties/Properties.h"
+
+namespace {
+
+using namespace Tarn;
+
+constexpr const char* kNoUtf8 = "Invalid UTF-8 byte encountered.";
+
+void requireEscapes(const std::string& text, bool unicode) {
+  const bool isText = plainWide(text).has_value();
+  std::string escaped = text;
+  const std::string error = wordsOf<std::invalid_argument>([&] { controlsToEsc(escaped, unicode); });
+  require(error == (isText ? "" : kNoUtf8), "only bad text is not escaped");
+  require(escaped == (isText ? plainEscape(text, unicode) : text), "a text is escaped by its rule, or stays");
+  std::string plain = text;
+  std::string expected = text;
+  const int position = plainUnescape(expected, unicode);
+  require(escToControls(plain, unicode) == position, "a malformed escape is found where the rule finds it");
+  require(plain == expected, "a text is unescaped by its rule, or stays");
+  if (!isText || !unicode) return;
+  std::ostringstream utf8;
+  utf8 << *plainWide(text);
+  require(escToControls(escaped, true) == -1 && escaped == utf8.str(), "what was escaped comes back in shortest form");
+}
+
+template <class Character>
+std::basic_string<Character> folded(const std::basic_string<Character>& text) {
+  std::basic_string<Character> result = text.c_str();
+  for (Character& c : result) c = c >= 'A' && c <= 'Z' ? static_cast<Character>(c + 32) : c;
+  return result;
+}
+
+int sign(int number) { return (number > 0) - (number < 0); }
+
+// -2 for an exception.
+template <class A, class B>
+int comparison(const A& a, const B& b) {
+  int result = -2;
+  const std::string error = wordsOf<std::invalid_argument>([&] { result = sign(compareIgnoreCase(a, b)); });
+  require(error.empty() || error == kNoUtf8, "only bad text is not compared");
+  return result;
+}
+
+void requireComparisons(const std::string& a, const std::string& b) {
+  // char_traits<char> compares unsigned codes, char_traits<wchar_t> those of wchar_t, which hold no sign here.
+  require(comparison(a, b) == sign(folded(a).compare(folded(b))), "texts compare by their folded bytes");
+  const auto wideA = plainWide(a);
+  const auto wideB = plainWide(b);
+  const int expected = wideA && wideB ? sign(folded(*wideA).compare(folded(*wideB))) : -2;
+  if (wideB) require(comparison(a, *wideB) == expected, "text and wide text compare as wide texts");
+  if (wideA) require(comparison(*wideA, b) == expected, "wide text and text compare as wide texts");
+  if (wideA && wideB) require(comparison(*wideA, *wideB) == expected, "wide texts compare by their folded characters");
+}
+
+void requireWide(const std::string& text) {
+  const auto expected = plainWide(text);
+  std::wstring found;
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+  require(wordsOf<std::invalid_argument>([&] { found = wide(bytes, text.size()); }) == (expected ? "" : kNoUtf8) &&
+              found == expected.value_or(L""),
+          "a text is decoded by its rule");
+  std::string bytesBack = text;
+  for (char& c : bytesBack) c = static_cast<unsigned char>(c) < 0x80 ? c : '?';
+  const std::string narrowed = narrow(found, '?');
+  require(narrowed.size() == found.size(), "each character is one byte");
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    require(narrowed[i] == static_cast<char>(found[i] <= 0xFF ? found[i] : L'?'), "Latin-1 is its own byte");
+  }
+}
+
+}  // namespace
+
+void checkTexts(Input input) {
+  const std::string a = input.text();
+  const std::string b = input.rest();
+  for (const bool unicode : {true, false}) {
+    requireEscapes(a, unicode);
+    requireEscapes(b, unicode);
+  }
+  requireComparisons(a, b);
+  requireWide(a);
+  requireWide(b);
+}
