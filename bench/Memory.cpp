@@ -18,7 +18,7 @@ void amount(const std::string& name, std::int64_t size, std::function<double(std
 
 template <class Table, class Tables>
 void bytesAKey(const std::string& side) {
-  amount(std::string(Tables::kName) + ", bytes a key/" + side, 100000, [](std::size_t count) {
+  amount(Tables::kName + ", bytes a key/" + side, 100000, [](std::size_t count) {
     const auto entries = bench::entriesOf<Tables>(count);
     const std::size_t before = bench::allocated;
     const auto table = bench::filled<Table>(entries);
@@ -29,9 +29,12 @@ void bytesAKey(const std::string& side) {
 template <class Tables>
 void registerTables() {
   bytesAKey<typename Tables::Ours, Tables>("ours");
-  bytesAKey<typename Tables::ByHand, Tables>(Tables::kByHand);
+  bytesAKey<typename Tables::Std, Tables>(Tables::kStd);
+#if WITH_ABSL
+  bytesAKey<typename Tables::Absl, Tables>(Tables::kAbsl);
+#endif
 #if WITH_BOOST
-  bytesAKey<typename Tables::Bimap, Tables>("boost::bimap");
+  bytesAKey<bench::MultiIndex<typename Tables::Key>, Tables>("boost::multi_index");
 #endif
 }
 
@@ -75,7 +78,7 @@ void registerTexts() {
 }  // namespace
 
 void bench::registerCases() {
-  ::registerTables<StringTables>();
+  ::registerTables<StringTables<24>>();
   ::registerTables<UuidTables>();
   registerTexts();
 }

@@ -13,8 +13,9 @@ auto byPosition(const Entries& entries) {
   };
 }
 
+template <class Table>
 auto byIterator(const Entries& entries) {
-  return [filled = bench::filled<bench::UuidTables::ByHand>(entries)] {
+  return [filled = bench::filled<Table>(entries)] {
     std::uint64_t sum = 0;
     for (const auto& [token, id] : filled->keys) sum += token + id.hash();
     return sum;
@@ -24,7 +25,10 @@ auto byIterator(const Entries& entries) {
 }  // namespace
 
 void bench::registerCases() {
-  compare("UuidKeyTable, all positions", {1000, 10000, 100000}, entriesOf<UuidTables>, byPosition)
-      .limit("std::map iterated", byIterator);
+  auto positions = compare("UuidKeyTable, all positions", {1000, 10000, 100000}, entriesOf<UuidTables>, byPosition);
+  positions.peer("std::map iterated", byIterator<UuidTables::Std>);
+#if WITH_ABSL
+  positions.peer("absl::btree_map iterated", byIterator<UuidTables::Absl>);
+#endif
   registerTables<UuidTables>({1000, 100000, 1000000});
 }

@@ -43,57 +43,52 @@ def titled(name, count):
 
 
 class TablePrinter:
-    """A table as its pairs of token and key. Tables are large, so pairs are read as GDB asks for them."""
+    """A table as its pairs of token and key, in their order in memory. Tables are large, so pairs are read as GDB asks
+    for them."""
+
+    def __init__(self, table):
+        self.name = table.type.strip_typedefs().unqualified().name.rsplit('::', 1)[1]
+        self.index = table['pairs_']['byToken_']
+        self.words = table['pairs_']['words_']
+
+    def to_string(self):
+        first_slot = next(elements(self.index['slots_']), None)
+        return titled(self.name, 0 if first_slot is None else int(self.index['size_']))  # As HashIndex::size.
 
     def display_hint(self):
         return 'map'
 
     def children(self):
-        for number, (token, key) in enumerate(self.pairs()):
-            yield 'token %d' % number, token
-            yield 'key %d' % number, key
+        number = 0
+        words = elements(self.words)
+        next(words, None)  # The count of unused ones.
+        for word in words:  # As HashedPairs::moveTogether.
+            token = word.address
+            header = int(next(words))
+            size = header >> 2
+            for _ in range((size + 7) // 8):
+                next(words)
+            if header & 1:
+                yield 'token %d' % number, token.dereference()
+                yield 'key %d' % number, self.key(token + 2, size)
+                number += 1
 
 
 class KeyTablePrinter(TablePrinter):
-    def __init__(self, table):
-        self.index = table['tokenToKeyMap']
-        self.words = table['pairs']['words_']
-
-    def to_string(self):
-        first_slot = next(elements(self.index['slots_']), None)
-        return titled('KeyTable', 0 if first_slot is None else int(self.index['size_']))  # As HashIndex::size.
-
-    def pairs(self):
-        characters = gdb.lookup_type('char').pointer()
-        for slot in elements(self.index['slots_']):
-            if int(slot['pair']) != 0:
-                pair = next(elements(self.words)).address + int(slot['pair'])  # As PairStore::token and key.
-                yield pair.dereference(), (pair + 2).cast(characters).lazy_string(length=int(pair[1]))
+    def key(self, characters, size):
+        return characters.cast(gdb.lookup_type('char').pointer()).lazy_string(length=size)
 
 
 class UuidKeyTablePrinter(TablePrinter):
-    def __init__(self, table):
-        self.blocks = list(elements(table['tokenToUuidMap']['blocks_']))
-
-    def to_string(self):
-        count = 0
-        number = len(self.blocks)
-        while number > 0:  # As SortedBlocks::size.
-            count += int(self.blocks[number - 1]['partialCount'])
-            number &= number - 1
-        return titled('UuidKeyTable', count)
-
-    def pairs(self):
-        for block in self.blocks:
-            for entry in elements(block['entries']):
-                yield entry['key'], entry['value']
+    def key(self, characters, size):
+        return characters.cast(gdb.lookup_type('Tarn::uuids::uuid').pointer()).dereference()
 
 
-def where_shown(container_of, printer):
+def where_shown(printer):
     """Without the printers of the standard library, a table is shown as it is."""
 
-    def printer_of(value):
-        return printer(value) if gdb.default_visualizer(container_of(value)) else None
+    def printer_of(table):
+        return printer(table) if gdb.default_visualizer(table['pairs_']['words_']) else None
 
     return printer_of
 
@@ -102,10 +97,8 @@ def printers():
     collection = gdb.printing.RegexpCollectionPrettyPrinter('TarnDataStructures')
     collection.add_printer('uuid', '^Tarn::uuids::uuid$', UuidPrinter)
     collection.add_printer('Time', '^Tarn::Time$', TimePrinter)
-    collection.add_printer('KeyTable', '^Tarn::DataStructures::KeyTable$',
-                           where_shown(lambda table: table['pairs']['words_'], KeyTablePrinter))
-    collection.add_printer('UuidKeyTable', '^Tarn::DataStructures::UuidKeyTable$',
-                           where_shown(lambda table: table['tokenToUuidMap']['blocks_'], UuidKeyTablePrinter))
+    collection.add_printer('KeyTable', '^Tarn::DataStructures::KeyTable$', where_shown(KeyTablePrinter))
+    collection.add_printer('UuidKeyTable', '^Tarn::DataStructures::UuidKeyTable$', where_shown(UuidKeyTablePrinter))
     return collection
 
 

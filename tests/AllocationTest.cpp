@@ -11,7 +11,6 @@
 #include "Tarn/DataStructures/PartialProgress.h"
 #include "Tarn/DataStructures/ScanStatistics.h"
 #include "Tarn/DataStructures/UuidKeyTable.h"
-#include "Tarn/DataStructures/internal/SortedBlocks.h"
 #include "Tarn/Tarn.h"
 #include "tests/FailingNew.h"
 
@@ -222,82 +221,145 @@ TEST_F(Allocation, SearchesFindWithoutMemory) {
   EXPECT_EQ(wideReplaced, std::wstring(expected.begin(), expected.end()));
 }
 
-TEST_F(Allocation, TablesStayUsable) {
-  const std::string other = kLong + " again";
-  const auto id = uuids::uuid::generate();
-  constexpr std::uint64_t kFull = 7;  // Both directions need room for one more.
-  attempts([&](long count) {
-    KeyTable names;
-    for (std::uint64_t token = 0; token < kFull; ++token) names.addEntry(token, kLong + std::to_string(token));
-    UuidKeyTable ids;
-    const bool failed = failsAfter(count, [&] {
-      names.addEntry(kFull, other);
-      ids.addEntry(2, id);
-      KeyTable copy = names;
-      copy.rmAll();
-    });
-    // A pair is in both directions or in none; a uuid's is registered by its token first, and nothing takes that back.
-    const bool isNew = names.getNumElements() == kFull;
-    EXPECT_EQ(names.tokenToKey(kFull).has_value(), !isNew);
-    EXPECT_EQ(names.keyToToken(other) == kFull, !isNew);
-    EXPECT_TRUE(ids.keyToToken(id) != 2 || ids.tokenToKey(2) == id);
-    EXPECT_EQ(names.addEntry(kFull, other), isNew);
-    EXPECT_EQ(names.getNumElements(), kFull + 1);
-    for (std::uint64_t token = 0; token < kFull; ++token) {
-      EXPECT_EQ(names.tokenToKey(token), kLong + std::to_string(token));
-      EXPECT_EQ(names.keyToToken(kLong + std::to_string(token)), token);
-    }
-    EXPECT_TRUE(names.rmAll());
-    EXPECT_TRUE(names.addEntry(2, other) && names.keyToToken(other) == 2);
-    return failed;
-  });
+std::string keyOf(const KeyTable&, std::uint64_t number) { return kLong + std::to_string(number); }
+uuids::uuid keyOf(const UuidKeyTable&, std::uint64_t number) {
+  std::array<unsigned char, 16> bytes{};
+  for (std::size_t i = 0; i < 8; ++i) bytes[i] = static_cast<unsigned char>(number >> (8 * i));
+  return uuids::uuid(bytes);
 }
 
-TEST_F(Allocation, SortedBlocksAreAsBefore) {
-  internal::SortedBlocks<int, int, 2> before;
-  for (int key = 0; key < 20; key += 2) before.insert(key, key);
-  for (int key = -1; key < 20; key += 2) {
+template <class Table>
+Table tableOf(std::uint64_t count) {
+  Table table;
+  for (std::uint64_t token = 0; token < count; ++token) table.addEntry(token, keyOf(table, token));
+  return table;
+}
+
+std::uint64_t tokenAt(const KeyTable&, std::uint64_t position) { return position; }
+std::uint64_t tokenAt(const UuidKeyTable& table, std::uint64_t position) { return table.getToken(position); }
+
+// Whether it holds the tokens below the count and nothing else, found in each way.
+template <class Table>
+bool holds(const Table& table, std::uint64_t count) {
+  bool result =
+      table.getNumElements() == count && !table.tokenToKey(count) && table.keyToToken(keyOf(table, count)) > count;
+  for (std::uint64_t token = 0; token < count; ++token) {
+    const auto key = keyOf(table, token);
+    result =
+        result && table.keyToToken(key) == token && table.tokenToKey(token) == key && tokenAt(table, token) == token;
+  }
+  return result;
+}
+
+template <class Table>
+class TableAllocation : public Allocation {};
+using Tables = testing::Types<KeyTable, UuidKeyTable>;
+TYPED_TEST_SUITE(TableAllocation, Tables);
+
+// With sizes at which indexes, store and blocks of tokens grow.
+TYPED_TEST(TableAllocation, FailedChangesChangeNothing) {
+  for (const std::uint64_t size : {0U, 6U, 7U, 13U, 14U, 511U, 512U, 1023U, 1024U}) {
+    const auto before = tableOf<TypeParam>(size);
     attempts([&](long count) {
-      auto blocks = before;
-      const bool failed = failsAfter(count, [&] { blocks.insert(key, key); });
-      EXPECT_EQ(blocks.size(), failed ? 10U : 11U);
-      EXPECT_EQ(blocks.find(key) == nullptr, failed);
-      for (std::uint64_t at = 0; at < 10; ++at) EXPECT_EQ(blocks.find(before.at(at)->key)->value, before.at(at)->value);
-      EXPECT_EQ(blocks.insert(key, key), failed);
-      for (std::uint64_t at = 0; at < 10; ++at) EXPECT_LT(blocks.at(at)->key, blocks.at(at + 1)->key);
+      TypeParam table = before;
+      const bool failed = failsAfter(count, [&] { table.addEntry(size, keyOf(table, size)); });
+      EXPECT_TRUE(holds(table, size + (failed ? 0 : 1))) << size;
+      EXPECT_EQ(table.addEntry(size, keyOf(table, size)), failed);
+      EXPECT_TRUE(holds(table, size + 1)) << size;
+      return failed;
+    });
+    const auto source = tableOf<TypeParam>(500);
+    attempts([&](long count) {
+      TypeParam table = before;
+      const bool failed = failsAfter(count, [&] { table = source; });
+      EXPECT_TRUE(holds(table, failed ? size : 500)) << size;
       return failed;
     });
   }
 }
 
-// Neighbours that half a block has room for are joined, whichever of them shrinks last.
-TEST_F(Allocation, SortedBlocksGiveMemoryBack) {
-  constexpr int kKeys = 4096;
-  for (const bool isUpwards : {true, false}) {
-    const long before = live;
-    internal::SortedBlocks<int, int, 8> blocks;
-    for (int key = 0; key < kKeys; ++key) blocks.insert(key, key);
-    for (int i = 0; i < kKeys; ++i) {
-      if (i % 64 != 0) blocks.erase(isUpwards ? i : kKeys - i);
+// Removals need no memory, though they give some back where there is enough to move to.
+TYPED_TEST(TableAllocation, RemovalsNeverFail) {
+  auto table = tableOf<TypeParam>(3000);
+  for (std::uint64_t token = 3000; token-- > 10;) {
+    const auto key = keyOf(table, token);
+    EXPECT_FALSE(failsAfter(0, [&] { table.rmEntry(token, key); }));
+  }
+  EXPECT_TRUE(holds(table, 10));
+}
+
+// The bytes of what a call leaves.
+long bytesOf(const std::function<void()>& call) {
+  const long before = liveBytes;
+  call();
+  return liveBytes - before;
+}
+
+// Whatever came before, a table takes at most twice what the same pairs take in a new one.
+TYPED_TEST(TableAllocation, HoldsAtMostTwiceWhatItsPairsNeed) {
+  constexpr std::uint64_t kMost = 20000;
+  using Keeps = bool (*)(std::uint64_t);
+  constexpr Keeps kKept[] = {
+      [](std::uint64_t) { return false; },
+      [](std::uint64_t token) { return token == 7; },
+      [](std::uint64_t token) { return token * 0x9E3779B97F4A7C15 >> 60U == 0; },  // Any sixteenth of them,
+      [](std::uint64_t token) { return token * 0x9E3779B97F4A7C15 >> 63U == 0; },  // or half;
+      [](std::uint64_t token) { return token % 512 < 129; },                       // neighbours;
+      [](std::uint64_t token) { return token >= kMost / 10 * 9; },                 // the last,
+      [](std::uint64_t token) { return token < kMost / 10; },                      // and the first.
+  };
+  for (const Keeps keeps : kKept) {
+    for (const bool isUpwards : {true, false}) {
+      TypeParam table;
+      const long grown = bytesOf([&] {
+        for (std::uint64_t token = 0; token < kMost; ++token) table.addEntry(token, keyOf(table, token));
+        for (std::uint64_t i = 0; i < kMost; ++i) {
+          const std::uint64_t token = isUpwards ? i : kMost - 1 - i;
+          if (!keeps(token)) table.rmEntry(token, keyOf(table, token));
+        }
+      });
+      TypeParam fresh;
+      const long needed = bytesOf([&] {
+        for (std::uint64_t token = 0; token < kMost; ++token) {
+          if (keeps(token)) fresh.addEntry(token, keyOf(fresh, token));
+        }
+      });
+      EXPECT_LE(grown, 2 * needed + 2048) << "kept number " << &keeps - kKept << ' ' << fresh.getNumElements();
     }
-    EXPECT_EQ(blocks.size(), 64U);
-    EXPECT_LT(live - before, 32) << "allocations, for " << blocks.size() << " entries";
   }
 }
 
+// What the headers promise, where tables have grown just now and just before they grow.
+TEST_F(Allocation, TablesTakeAFewBytesAPair) {
+  for (const long count : {7000L, 7169L, 10000L, 14336L, 14337L, 20000L}) {
+    KeyTable names;
+    UuidKeyTable ids;
+    const auto size = static_cast<std::uint64_t>(count);
+    const long ofNames = bytesOf([&] {
+      for (std::uint64_t token = 0; token < size; ++token) names.addEntry(token, std::to_string(10000000 + token));
+    });
+    const long ofIds = bytesOf([&] { ids = tableOf<UuidKeyTable>(size); });
+    EXPECT_TRUE(34 * count <= ofNames + 8 * count && ofNames <= 76 * count) << count << ": " << ofNames / count;
+    EXPECT_TRUE(60 * count <= ofIds && ofIds <= 100 * count) << count << ": " << ofIds / count;
+  }
+  KeyTable table;
+  const std::vector<KeyTableEntry> same(100000, {1, "one"});
+  EXPECT_LT(bytesOf([&] { table.addTable(same); }), 1024);
+}
+
+// Pairs that come and go, whether their two directions are removed together or crosswise.
 TEST_F(Allocation, KeyTableTakesTheSpaceOfRemovedPairsAgain) {
   const std::string keys[] = {kLong + "a", kLong + "b"};
   for (const bool isCrossed : {false, true}) {
     KeyTable table;
-    const auto addAndRemove = [&](int rounds) {
-      for (int i = 0; i < rounds; ++i) {
+    const long bytes = bytesOf([&] {
+      for (int i = 0; i < 10000; ++i) {
         for (const std::size_t token : {0U, 1U}) table.addEntry(token, keys[token]);
         for (const std::size_t token : {0U, 1U}) table.rmEntry(token, keys[isCrossed ? 1 - token : token]);
       }
-    };
-    addAndRemove(100);
-    EXPECT_FALSE(failsAfter(0, [&] { addAndRemove(10000); })) << isCrossed;
+    });
     EXPECT_EQ(table.getNumElements(), 0U);
+    EXPECT_LE(bytes, 2048) << isCrossed;
   }
 }
 

@@ -15,9 +15,9 @@ $1 = 00112233-4455-6677-8899-aabbccddeeff
 $2 = 2024-03-05 15:07:09.043
 $3 = -1.5 s from 1970, outside the calendar
 $4 = KeyTable with 0 elements
-$5 = KeyTable with 3 elements = {[2] = "Cellar", [18446744073709551615] = "Roof", [1] = "Tower"}
-$6 = UuidKeyTable with 2 elements = {[3] = 00000000-0000-0000-0000-000000000000, [7] = 00112233-4455-6677-8899-aabbccddeeff}
-$7 = KeyTable with 3 elements = {[2] = "Cellar", [18446744073709551615] = "Roof", [1] = "Tower"}
+$5 = KeyTable with 3 elements = {[18446744073709551615] = "Roof", [2] = "Cellar", [1] = "Tower"}
+$6 = UuidKeyTable with 2 elements = {[7] = 00112233-4455-6677-8899-aabbccddeeff, [3] = 00000000-0000-0000-0000-000000000000}
+$7 = KeyTable with 3 elements = {[18446744073709551615] = "Roof", [2] = "Cellar", [1] = "Tower"}
 EXPECTED
 tokens=$(grep '^\$8 = UuidKeyTable with 1000 elements' <<< "$all" | grep -oE '\[[0-9]+\] = 00112233' | tr -dc '0-9\n' | wc -l)
 [ "$tokens" -eq 1000 ] || { echo "shows $tokens of 1000 pairs" >&2; exit 1; }

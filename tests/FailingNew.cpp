@@ -9,6 +9,13 @@
 thread_local long untilFailure = kNever;
 thread_local bool failsOnce = false;
 thread_local long live = 0;
+thread_local long liveBytes = 0;
+
+namespace {
+
+constexpr std::size_t kHeader = 16;  // Where each allocation keeps its size. Keeps the alignment.
+
+}  // namespace
 
 void* operator new(std::size_t size) {
   if (untilFailure == 0) {
@@ -16,15 +23,20 @@ void* operator new(std::size_t size) {
     throw std::bad_alloc();
   }
   if (untilFailure > 0) --untilFailure;
-  void* const memory = std::malloc(size);
+  void* const memory = std::malloc(kHeader + size);
   if (memory == nullptr) throw std::bad_alloc();
+  *static_cast<std::size_t*>(memory) = size;
   ++live;
-  return memory;
+  liveBytes += static_cast<long>(size);
+  return static_cast<char*>(memory) + kHeader;
 }
 
 void operator delete(void* memory) noexcept {
-  if (memory != nullptr) --live;
-  std::free(memory);
+  if (memory == nullptr) return;
+  void* const start = static_cast<char*>(memory) - kHeader;
+  --live;
+  liveBytes -= static_cast<long>(*static_cast<std::size_t*>(start));
+  std::free(start);
 }
 
 void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }

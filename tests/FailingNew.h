@@ -6,6 +6,7 @@ constexpr long kNever = -1;
 
 extern thread_local long untilFailure;  // Allocations that succeed before one fails, or kNever.
 extern thread_local bool failsOnce;     // Whether only one fails, or all behind it, too.
-extern thread_local long live;          // Allocations that were not freed yet.
+extern thread_local long live;          // Allocations that were not freed yet,
+extern thread_local long liveBytes;     // and their bytes.
 
 #endif  // TARN_TESTS_FAILINGNEW_H_

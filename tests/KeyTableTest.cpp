@@ -1,13 +1,15 @@
 // Both tables against the two plain maps that define them.
 #include "Tarn/DataStructures/KeyTable.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
+#include <cstdlib>
+#include <ctime>
+#include <iostream>
+#include <limits>
 #include <map>
 
 #include "Tarn/DataStructures/UuidKeyTable.h"
-#include "Tarn/DataStructures/internal/HashedPairs.h"
-#include "Tarn/DataStructures/internal/SortedBlocks.h"
 #include "tests/Generate.h"
 #include "tests/Plain.h"
 
@@ -35,6 +37,7 @@ std::string stringKey(std::uint64_t number) {
 uuids::uuid uuidKey(std::uint64_t number) {
   std::array<unsigned char, 16> bytes{};
   bytes[number % 16] = static_cast<unsigned char>(number * 37);
+  bytes[(number + 1) % 16] = static_cast<unsigned char>(number >> 8);
   return uuids::uuid(bytes);
 }
 
@@ -122,120 +125,37 @@ void runOperations(Key (*makeKey)(std::uint64_t), unsigned range) {
   }
 }
 
-// A sorted map against `std::map`, in blocks so small that each operation meets the end of one. Phases of mostly adding
-// and mostly removing, of keys in any order, upwards and downwards; positions are checked all over.
-template <std::size_t kBlockSize>
-void runSortedBlocks() {
-  using Blocks = internal::SortedBlocks<std::uint64_t, int, kBlockSize>;
-  Generate generate(kBlockSize);
-  Blocks blocks;
-  std::map<std::uint64_t, int> model;
-  const auto expectSame = [&model](const Blocks& tested) {
-    std::uint64_t position = 0;
-    for (const auto& [key, value] : model) {
-      const auto* entry = tested.at(position++);
-      ASSERT_NE(entry, nullptr);
-      EXPECT_EQ(std::pair(entry->key, entry->value), std::pair(key, value));
-      EXPECT_EQ(tested.find(key), entry);
-    }
-    for (const std::uint64_t outside : {position, position + 1, kAllOnes}) EXPECT_EQ(tested.at(outside), nullptr);
-    EXPECT_EQ(tested.size(), position);
-    EXPECT_EQ(tested.empty(), position == 0);
-  };
-  for (int i = 0; i < 12000; ++i) {
-    const int phase = i / 400 % 6;
-    const std::uint64_t step = static_cast<std::uint64_t>(i % 400);
-    const std::uint64_t key = phase < 2 ? generate.below(600) : phase < 4 ? step : 399 - step;
-    const bool adds = generate.below(10) < (phase % 2 == 0 ? 9U : 1U);
-    if (adds) {
-      EXPECT_EQ(blocks.insert(key, i), model.emplace(key, i).second);
-    } else {
-      EXPECT_EQ(blocks.erase(key), model.erase(key) == 1);
-    }
-    EXPECT_EQ(blocks.find(key) != nullptr, model.contains(key));
-    if (i % 64 == 0) expectSame(blocks);
-    if (i % 1000 == 0) {
-      Blocks copy = blocks;  // Without room to spare.
-      blocks = std::move(copy);
-      copy = Blocks();
-      EXPECT_TRUE(copy.insert(key, i) && copy.size() == 1);
-    }
-    if (testing::Test::HasFailure()) FAIL() << "operation " << i;
-  }
-  blocks.clear();
-  model.clear();
-  expectSame(blocks);
-}
-
-TEST(SortedBlocks, BehaveAsAMap) {
-  runSortedBlocks<2>();
-  runSortedBlocks<3>();
-  runSortedBlocks<8>();
-  runSortedBlocks<64>();
-}
-
-// An index against a map from each pair to its hash, with hashes that make rows: in the midst of the places, at their
-// end and far behind it.
-void runHashIndex(std::uint32_t (*hashOf)(std::uint32_t pair)) {
-  using internal::HashIndex;
-  Generate generate(1);
-  HashIndex index;
-  std::map<std::uint32_t, std::uint32_t> model;
-  const auto find = [&index](std::uint32_t hash, std::uint32_t pair) {
-    return index.find(hash, [pair](std::uint32_t other) { return other == pair; });
-  };
-  for (int i = 0; i < 12000; ++i) {
-    const auto pair = static_cast<std::uint32_t>(generate.below(400)) + 1;
-    const bool adds = generate.below(10) < (i / 1000 % 2 == 0 ? 9U : 1U);
-    if (adds && model.emplace(pair, hashOf(pair)).second) {
-      index.reserve(index.size());
-      index.insert(hashOf(pair), pair);
-    } else if (!adds && model.erase(pair) == 1) {
-      index.erase(find(hashOf(pair), pair));
-    }
-    EXPECT_EQ(find(hashOf(pair), pair) != nullptr, model.contains(pair));
-    EXPECT_EQ(index.size(), model.size());
-    for (std::uint32_t other = 1; i % 64 == 0 && other <= 400; ++other) {
-      EXPECT_EQ(find(hashOf(other), other) != nullptr, model.contains(other));
-    }
-    if (testing::Test::HasFailure()) FAIL() << "operation " << i;
-  }
-}
-
-TEST(HashIndex, BehavesAsAMap) {
-  constexpr std::uint32_t kGreatest = 0xFFFFFFFF;
-  runHashIndex([](std::uint32_t pair) { return pair * 0x9E3779B9; });
-  runHashIndex([](std::uint32_t pair) { return pair % 5 * (kGreatest / 4); });
-  runHashIndex([](std::uint32_t pair) { return kGreatest - pair; });
-  runHashIndex([](std::uint32_t) { return kGreatest; });
-  runHashIndex([](std::uint32_t) { return 0U; });
-}
-
-TEST(PairStore, IsFullAtItsLimitUntilPairsAreDropped) {
-  internal::PairStore<9> pairs;  // A word for what is unused, and two pairs.
-  const std::uint32_t first = pairs.add(1, "12345678");
-  EXPECT_THROW(pairs.add(2, std::string(25, 'x')), std::length_error);
-  const std::uint32_t second = pairs.add(kAllOnes, std::string(24, 'x'));
-  EXPECT_THROW(pairs.add(3, ""), std::length_error);
-  pairs.drop(first);
-  EXPECT_FALSE(pairs.isMostlyUnused());
-  pairs.drop(second);
-  EXPECT_TRUE(pairs.isMostlyUnused());
-  pairs.compact([&](std::uint32_t pair, std::uint32_t) { return pair == first; });
-  EXPECT_FALSE(pairs.isMostlyUnused());
-  EXPECT_EQ(pairs.add(kAllOnes, std::string(24, 'x')), second);
-  EXPECT_EQ(pairs.token(first), 1U);
-  EXPECT_EQ(pairs.key(first), "12345678");
-  EXPECT_EQ(pairs.token(second), kAllOnes);
-  EXPECT_EQ(pairs.key(second), std::string(24, 'x'));
-}
-
 TEST(KeyTable, BehavesAsItsMaps) {
   runOperations<KeyTable, std::string>(stringKey, 12);
   runOperations<KeyTable, std::string>(stringKey, 3000);
 }
 
-TEST(UuidKeyTable, BehavesAsItsMaps) { runOperations<UuidKeyTable, uuids::uuid>(uuidKey, 12); }
+TEST(UuidKeyTable, BehavesAsItsMaps) {
+  runOperations<UuidKeyTable, uuids::uuid>(uuidKey, 12);
+  runOperations<UuidKeyTable, uuids::uuid>(uuidKey, 3000);
+}
+
+// Tokens that come and go in every order, so many that blocks of them split and join.
+TEST(UuidKeyTable, CountsPositionsInEveryOrder) {
+  Generate generate(1);
+  UuidKeyTable table;
+  Model<UuidKeyTable, uuids::uuid> model;
+  for (unsigned phase = 0; phase < 12; ++phase) {
+    const bool isAdding = phase % 2 == 0;
+    for (unsigned i = 0; i < 3000; ++i) {
+      const std::uint64_t token = phase < 4 ? generate.below(4000) : phase < 8 ? i : 2999 - i;
+      const uuids::uuid key = uuidKey(token);
+      if (isAdding || generate.below(10) == 0) {
+        EXPECT_EQ(table.addEntry(token, key), model.addEntry(token, key));
+      } else {
+        EXPECT_EQ(table.rmEntry(token, key), model.rmEntry(token, key));
+      }
+      if (i % 500 == 0) expectAllSame(table, model);
+    }
+    if (testing::Test::HasFailure()) FAIL() << "phase " << phase;
+  }
+  EXPECT_EQ(table.getToken(std::uint64_t{1} << 32U), kAllOnes);  // No position is cut to fewer bits.
+}
 
 TEST(KeyTable, TakesLists) {
   const std::vector<KeyTableEntry> entries = {{7, "a"}, {7, "b"}, {8, "a"}, {0, ""}};
@@ -247,6 +167,72 @@ TEST(KeyTable, TakesLists) {
   EXPECT_EQ(table.keyToToken("b"), kAllOnes);
   EXPECT_EQ(table.keyToToken("A"), 9U);
   EXPECT_EQ(table.keyToToken(""), 0U);
+}
+
+// A call with a view, and each that compiled without it, with the meaning that it had.
+TEST(KeyTable, TakesKeysInEveryForm) {
+  KeyTable table;
+  const std::string_view view = std::string_view("north-east").substr(0, 5);
+  const char* const pointer = "west";
+  EXPECT_TRUE(table.addEntry(1, view) && table.addEntry(2, "south") && table.addEntry(3, std::string("east")) &&
+              table.addEntry(4, pointer) && table.addEntry(5, {}) && table.addEntry(6, {'u', 'p'}));
+  EXPECT_TRUE(table.keyToToken(view) == 1 && table.keyToToken("north") == 1 && table.keyToToken(pointer) == 4 &&
+              table.keyToToken({}) == 5 && table.keyToToken({'u', 'p'}) == 6);
+  EXPECT_TRUE(table.rmEntry(1, view) && table.rmEntry(2, "south") && table.rmEntry(4, pointer) && table.rmEntry(5, {}));
+  EXPECT_EQ(table.getNumElements(), 2U);
+}
+
+// Processor time of filling a table with so many pairs and looking each up, a pair; the best of three.
+template <class Table, class Key>
+double timeOfPair(std::uint64_t count, Key (*makeKey)(std::uint64_t), int tokenShift) {
+  std::clock_t best = std::numeric_limits<std::clock_t>::max();
+  for (int run = 0; run < 3; ++run) {
+    const std::clock_t start = std::clock();
+    Table table;
+    for (std::uint64_t i = 0; i < count; ++i) table.addEntry(i << tokenShift, makeKey(i));
+    for (std::uint64_t i = 0; i < count; ++i) {
+      if (table.keyToToken(makeKey(i)) != i << tokenShift || !table.tokenToKey(i << tokenShift)) return 1e9;
+    }
+    best = std::min(best, std::clock() - start);
+  }
+  return static_cast<double>(best) / static_cast<double>(count);
+}
+
+template <class Table, class Key>
+void expectConstantTime(int line, Key (*makeKey)(std::uint64_t), int tokenShift) {
+  const double few = timeOfPair<Table, Key>(4000, makeKey, tokenShift);
+  const double many = timeOfPair<Table, Key>(32000, makeKey, tokenShift);
+  EXPECT_LT(many, 4 * few) << "line " << line;
+}
+
+// Numbers in one place of a long key, or in one half of a uuid: what a hash leaves out makes all of them collide.
+template <std::size_t kPlace>
+std::string longKey(std::uint64_t number) {
+  return std::string(100, 'x').replace(kPlace, 5, std::to_string(10000 + number));
+}
+template <std::size_t kPlace>
+uuids::uuid uuidWith(std::uint64_t number) {
+  std::array<unsigned char, 16> bytes{};
+  for (std::size_t i = 0; i < 3; ++i) bytes[kPlace + i] = static_cast<unsigned char>(number >> (8 * i));
+  return uuids::uuid(bytes);
+}
+
+TEST(KeyTable, TakesConstantTimeWhateverTheKeys) {
+  expectConstantTime<KeyTable, std::string>(__LINE__, longKey<0>, 0);
+  expectConstantTime<KeyTable, std::string>(__LINE__, longKey<50>, 32);
+  expectConstantTime<KeyTable, std::string>(__LINE__, longKey<94>, 40);
+  expectConstantTime<UuidKeyTable, uuids::uuid>(__LINE__, uuidWith<0>, 48);
+  expectConstantTime<UuidKeyTable, uuids::uuid>(__LINE__, uuidWith<13>, 20);
+}
+
+// So nobody can choose keys that collide.
+TEST(HashDeathTest, IsAnotherInEveryProcess) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  static_assert(noexcept(std::hash<uuids::uuid>()(uuids::uuid())));
+  const auto shown = [] { return "hash " + std::to_string(std::hash<uuids::uuid>()(uuidKey(1))) + '.'; };
+  EXPECT_EQ(shown(), shown());
+  EXPECT_EXIT(std::exit((std::cerr << shown(), 0)), testing::ExitedWithCode(0),
+              testing::Not(testing::HasSubstr(shown())));
 }
 
 TEST(UuidKeyTable, TokensWithoutUuidOutliveRmAll) {

@@ -3,9 +3,11 @@
 #ifndef TARN_DATASTRUCTURES_KEYTABLE_H_
 #define TARN_DATASTRUCTURES_KEYTABLE_H_
 
+#include <concepts>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Tarn/DataStructures/internal/HashedPairs.h"
@@ -33,24 +35,38 @@ struct KeyTableEntry {
 ///     table.keyToToken("north");   // 1
 ///     table.tokenToKey(2);         // "north"
 ///
-/// Every call but `addTable` and `rmAll` takes constant time on average: now and then an insertion makes room, or a
-/// removal moves pairs together, in time linear in the table. The memory is that of the keys and 34 to 60 bytes a pair,
-/// at most doubled; removals leave it for later pairs. Only allocation can throw, and `std::length_error` where the
-/// keys and 16 bytes a pair would pass 32 GiB; a table stays usable. Threads: any number may call const members at
-/// once; a call that changes the table must not overlap any other on the same table.
+/// Every call but `addTable`, `rmAll` and copying takes constant time on average, whatever keys and tokens somebody
+/// chooses: hashes are seeded at random once a process. Now and then an insertion makes room, or a removal gives memory
+/// back, in time linear in the table. A pair with a key of 8 bytes takes 42 to 76 bytes in all; a table takes at most
+/// twice what one takes that has never held another pair, but for two kilobytes, unless there was no memory to move to.
+/// Only allocation can throw, and `std::length_error` where the keys and 16 bytes a pair would pass 32 GiB; a table
+/// then stays as it was. Threads: any number may call const members at once; a call that changes the table must not
+/// overlap any other on the same table. A table that was moved from is empty.
 class KeyTable {
  public:
   KeyTable() = default;
+  KeyTable(const KeyTable&) = default;
+  KeyTable(KeyTable&&) noexcept = default;
+  /// A copy that allocation keeps from being made changes nothing.
+  KeyTable& operator=(const KeyTable& other) { return *this = KeyTable(other); }
+  KeyTable& operator=(KeyTable&&) noexcept = default;
+  ~KeyTable() = default;
 
   /// A table filled by `addTable(entries)`.
   TARN_API explicit KeyTable(const std::vector<KeyTableEntry>& entries);
 
   /// Registers a pair. A key that is registered already keeps its first token. If it throws, nothing has changed.
   /// @return false, and nothing changes, when the token is present.
+  /// @{
   TARN_API bool addEntry(std::uint64_t token, const std::string& key);
+  template <std::same_as<std::string_view> View>  // A template, so that a literal stays a `std::string`.
+  bool addEntry(std::uint64_t token, View key) {
+    return add(token, key);
+  }
+  /// @}
 
   /// Registers the entries from first to last, each as `addEntry` does; an entry whose token is present is skipped.
-  /// Quicker than one by one where the list is most of the table. If it throws, the entries before stay.
+  /// If it throws, the entries before stay.
   TARN_API void addTable(const std::vector<KeyTableEntry>& entries);
 
   /// The number of tokens.
@@ -58,7 +74,13 @@ class KeyTable {
 
   /// The token registered first for the key.
   /// @return 0xFFFFFFFFFFFFFFFF when there is none. A pair may hold that token too: `tokenToKey` tells them apart.
+  /// @{
   [[nodiscard]] TARN_API std::uint64_t keyToToken(const std::string& key) const;
+  template <std::same_as<std::string_view> View>
+  [[nodiscard]] std::uint64_t keyToToken(View key) const {
+    return find(key);
+  }
+  /// @}
 
   /// A copy of the token's key, or nothing for an unknown token.
   [[nodiscard]] TARN_API std::optional<std::string> tokenToKey(std::uint64_t token) const;
@@ -68,25 +90,24 @@ class KeyTable {
   /// The two need not belong together. When they do not, the token's own key and the key's own token stay, each
   /// reachable from its side only.
   /// @return false, and nothing changes, unless both are present.
+  /// @{
   TARN_API bool rmEntry(std::uint64_t token, const std::string& key);
+  template <std::same_as<std::string_view> View>
+  bool rmEntry(std::uint64_t token, View key) {
+    return remove(token, key);
+  }
+  /// @}
 
-  /// Empties the table and gives its memory back; linear in its size.
+  /// Empties the table and gives its memory back.
   /// @return false when it held no token.
   TARN_API bool rmAll();
 
  private:
-  // Where each direction has a pair, or null.
-  struct Slots {
-    const internal::HashIndex::Slot* byToken;
-    const internal::HashIndex::Slot* byKey;
-  };
-  [[nodiscard]] Slots slotsOf(std::uint32_t pair) const noexcept;
-  void dropUnused(std::uint32_t pair) noexcept;
-  void compact() noexcept;
+  TARN_API bool add(std::uint64_t token, std::string_view key);
+  [[nodiscard]] TARN_API std::uint64_t find(std::string_view key) const;
+  TARN_API bool remove(std::uint64_t token, std::string_view key);
 
-  internal::HashIndex keyToTokenMap;
-  internal::HashIndex tokenToKeyMap;
-  internal::PairStore<> pairs;  // What the two name, and what was removed.
+  internal::HashedPairs pairs_;
 };
 
 }  // namespace Tarn::DataStructures

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "Tarn/platform/Platform.h"
+#include "Tarn/uuids/internal/SeededHash.h"
 
 namespace Tarn::uuids {
 namespace {
@@ -52,3 +53,7 @@ std::string uuid::toShortString() const {
 std::ostream& operator<<(std::ostream& stream, const uuid& id) { return stream << id.string(); }
 
 }  // namespace Tarn::uuids
+
+std::size_t std::hash<Tarn::uuids::uuid>::operator()(const Tarn::uuids::uuid& id) const noexcept {
+  return static_cast<std::size_t>(Tarn::internal::seededHash16(id.as_bytes().data()));
+}

@@ -126,21 +126,11 @@ class uuid {
     return number;
   }
 
-  // Two multiplications in place of the sixteen of `hash()`; every bit of the result depends on every byte.
-  [[nodiscard]] constexpr std::size_t tableHash() const noexcept {
-    constexpr std::uint64_t kOdd = 0x9e3779b97f4a7c15;  // 2 to the power of 64, divided by the golden ratio.
-    const std::uint64_t high = bigEndianHalf(0) * kOdd;
-    const std::uint64_t both = ((high ^ (high >> 32)) + bigEndianHalf(8)) * kOdd;
-    return static_cast<std::size_t>(both ^ (both >> 32));
-  }
-
   [[nodiscard]] constexpr std::uint64_t hashHalf(std::size_t first) const noexcept {
     std::uint64_t hash = 0xcbf29ce484222325;
     for (std::size_t i = first; i < first + 8; ++i) hash = (hash ^ data[i]) * 0x100000001b3;
     return hash & 0x7fffffffffffffff;
   }
-
-  friend struct std::hash<uuid>;
 
   std::array<unsigned char, 16> data{};
 };
@@ -150,10 +140,11 @@ TARN_API std::ostream& operator<<(std::ostream& stream, const uuid& id);
 
 }  // namespace Tarn::uuids
 
-/// For tables in memory: quicker than `uuid::hash()`, and not to be stored, since a later version may count otherwise.
+/// For tables in memory: seeded at random once a process, so that nobody can choose uuids that make a table slow. Not
+/// to be stored: `uuid::hash()` is the same everywhere.
 template <>
 struct std::hash<Tarn::uuids::uuid> {
-  std::size_t operator()(const Tarn::uuids::uuid& id) const noexcept { return id.tableHash(); }
+  TARN_API std::size_t operator()(const Tarn::uuids::uuid& id) const noexcept;
 };
 
 #endif  // TARN_UUIDS_UUID_H_

@@ -3,7 +3,6 @@
 
 #include "Tarn/DataStructures/KeyTable.h"
 #include "Tarn/DataStructures/UuidKeyTable.h"
-#include "Tarn/DataStructures/internal/SortedBlocks.h"
 #include "tests/Plain.h"
 #include "tests/properties/Properties.h"
 
@@ -61,29 +60,6 @@ void requirePositions(const UuidKeyTable& table, const PlainTable<uuids::uuid>& 
   }
 }
 
-// Blocks of two entries split and join all the time.
-using Blocks = internal::SortedBlocks<uuids::uuid, std::uint64_t, 2>;
-
-void operateBlocks(Blocks& blocks, std::map<uuids::uuid, std::uint64_t>& plain, char operation, std::uint64_t value,
-                   const uuids::uuid& key) {
-  if (operation == 'r') {
-    require(blocks.erase(key) == (plain.erase(key) == 1), "an entry that was there is erased");
-  } else {
-    require(blocks.insert(key, value) == plain.emplace(key, value).second, "an entry that was not there is inserted");
-  }
-  require(blocks.size() == plain.size() && blocks.empty() == plain.empty(), "the blocks have the map's size");
-  require((blocks.find(key) != nullptr) == plain.contains(key), "the blocks find what is there");
-}
-
-void requireOrder(const Blocks& blocks, const std::map<uuids::uuid, std::uint64_t>& plain) {
-  std::uint64_t position = 0;
-  for (const auto& [there, number] : plain) {
-    const auto* const entry = blocks.at(position++);
-    require(entry != nullptr && entry->key == there && entry->value == number, "the blocks have the map's order");
-  }
-  require(blocks.at(position) == nullptr, "nothing is behind the blocks' last");
-}
-
 uuids::uuid toUuid(const std::string& text) {
   std::array<unsigned char, 16> bytes{};
   std::copy_n(text.begin(), std::min(text.size(), bytes.size()), bytes.begin());
@@ -97,8 +73,6 @@ void checkTables(Input input) {
   PlainTable<std::string> plainNames;
   UuidKeyTable ids;
   PlainTable<uuids::uuid> plainIds;
-  Blocks blocks;
-  std::map<uuids::uuid, std::uint64_t> plainBlocks;
   std::vector<KeyTableEntry> entries;
   while (!input.isEmpty()) {
     std::string key = input.text();
@@ -108,12 +82,10 @@ void checkTables(Input input) {
     key.erase(0, 2);
     operate(names, plainNames, operation, token, key);
     operate(ids, plainIds, operation, token, toUuid(key));
-    operateBlocks(blocks, plainBlocks, operation, token, toUuid(key));
     entries.push_back({token, key});
   }
   // Once at the end, as every beginning of an input is an input, too.
   requirePositions(ids, plainIds);
-  requireOrder(blocks, plainBlocks);
   requireAllSame(names, plainNames);
   requireAllSame(ids, plainIds);
   const KeyTable listed(entries);

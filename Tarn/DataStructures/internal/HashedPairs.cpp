@@ -1,0 +1,62 @@
+#include "Tarn/DataStructures/internal/HashedPairs.h"
+
+#include "Tarn/DataStructures/internal/HashedPairsInline.h"
+
+namespace Tarn::internal {
+
+namespace {
+
+// Words are numbered with 32 bits.
+constexpr std::size_t kMostWords = std::numeric_limits<HashedPairs::Number>::max();
+
+}  // namespace
+
+// Makes room for so many words more.
+void HashedPairs::reserveWords(std::size_t count) {
+  if (words_.capacity() - words_.size() >= count && !words_.empty()) return;
+  const std::size_t used = words_.empty() ? 1 : words_.size() - static_cast<std::size_t>(words_.front());
+  if (count > kMostWords - used) throw std::length_error("too many keys for a table");
+  moveTogether(std::min(used + count + used / 2, kMostWords));
+}
+
+// To memory for so many words. Each pair leaves its new number behind, from which the indexes take it.
+void HashedPairs::moveTogether(std::size_t capacity) {
+  std::vector<std::uint64_t> words;
+  words.reserve(capacity);
+  words.push_back(0);
+  for (std::size_t pair = 1, size = 0; pair < words_.size(); pair += size) {
+    size = wordsFor(static_cast<std::size_t>(words_[pair + 1] >> 2U));
+    if ((words_[pair + 1] & (kLedByToken | kLedByKey)) == 0) continue;
+    const auto at = words_.begin() + static_cast<std::ptrdiff_t>(pair);
+    const std::size_t number = words.size();
+    words.insert(words.end(), at, at + static_cast<std::ptrdiff_t>(size));
+    words_[pair + 1] = number;
+  }
+  if (words.size() < words_.size()) {
+    const auto renumbered = [this](Number pair) { return static_cast<Number>(words_[pair + 1]); };
+    byToken_.renumber(renumbered);
+    byKey_.renumber(renumbered);
+  }
+  words_.swap(words);
+}
+
+void HashedPairs::release(Number pair, std::uint64_t direction) noexcept {
+  words_[pair + 1] &= ~direction;
+  if ((words_[pair + 1] & (kLedByToken | kLedByKey)) == 0) {
+    words_.front() += wordsFor(static_cast<std::size_t>(words_[pair + 1] >> 2U));
+  }
+}
+
+void HashedPairs::shrink() noexcept {
+  byToken_.shrink();
+  byKey_.shrink();
+  const std::size_t used = words_.size() - static_cast<std::size_t>(words_.front());
+  if (words_.capacity() <= kFewestWords || used >= words_.capacity() / 2) return;
+  try {
+    moveTogether(used + used / 2);
+  } catch (const std::bad_alloc&) {
+    return;  // The unused words stay.
+  }
+}
+
+}  // namespace Tarn::internal
