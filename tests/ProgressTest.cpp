@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
+#include <functional>
 #include <limits>
+#include <memory>
 #include <stdexcept>
 #include <vector>
 
@@ -17,6 +20,19 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 static_assert(!std::is_copy_constructible_v<Progress> && !std::is_move_constructible_v<PartialProgress>);
+
+// A hub is made like any member of a program's own.
+struct Task {
+  std::string name;
+  Progress progress;
+};
+
+TEST(Progress, IsMadeByDefault) {
+  Task task{"x", {}};
+  Progress two[2] = {};
+  const auto make = []() -> Progress { return {}; };
+  EXPECT_EQ(task.progress.addProgress(1) + two[1].addProgress(2) + make().addProgress(3), 6);
+}
 
 // A call, what it returns and what observers see of it: nothing, or one value.
 struct Move {
@@ -78,6 +94,37 @@ TEST(Progress, ObserversMayCallTheHub) {
   EXPECT_THROW(hub.setStep("abc"), std::out_of_range);  // The observer's own, at the end of the text.
   // The one added in the first pass sees the passes that began after it, the innermost first.
   EXPECT_EQ(late, (Values{3.0, 2.0}));
+}
+
+TEST(Progress, ObserversMayChangeAndDestroyWhatTheyAreCalledFor) {
+  Steps seen;
+  auto text = std::make_unique<std::string>("a step that is too long for a string's own room");
+  const std::string expected = *text;
+  auto hub = std::make_unique<Progress>();
+  hub->addObserver([&](const std::string& step) {
+    seen.push_back(step);
+    *text = "changed";
+    text.reset();
+    hub.reset();
+  });
+  hub->addObserver([&seen](const std::string& step) { seen.push_back(step); });
+  hub->setStep(*text);
+  EXPECT_EQ(seen, (Steps{expected, expected}));
+  Values values;
+  auto root = std::make_shared<Progress>([&values](double value) { values.push_back(value); });
+  auto part = std::make_unique<PartialProgress>(root, 0.5);
+  const auto destroy = [&part](double) { part.reset(); };
+  part->addObserver(destroy);
+  EXPECT_EQ(part->setProgress(2), 2.0);
+  part = std::make_unique<PartialProgress>(std::move(root), 0.5);
+  part->addObserver(destroy);
+  EXPECT_EQ(part->addProgress(4), 4.0);
+  EXPECT_EQ(values, (Values{1.0, 3.0}));
+  auto top = std::make_shared<Progress>();
+  top->addObserver([&part](const std::string&) { part.reset(); });
+  part = std::make_unique<PartialProgress>(std::move(top), 1.0);
+  part->setStep("the last owner of its parent goes");
+  EXPECT_EQ(part, nullptr);
 }
 
 TEST(Progress, EachPassHasCopiesOfTheObservers) {
@@ -142,6 +189,52 @@ TEST(PartialProgress, ScalesThroughEachLevel) {
   EXPECT_EQ(alone.setProgress(2.0) + alone.addProgress(1.0), 5.0);
   EXPECT_NO_THROW(alone.setStep("nowhere"));
 }
+
+// Notes how far the stack of this thread has grown.
+class StackMeter : public IProgress {
+ public:
+  double setProgress(double) override { return 0; }
+  double addProgress(double) override {
+    const char here = 0;
+    reached = reinterpret_cast<std::uintptr_t>(&here);
+    return 0;
+  }
+  void setStep(const std::string&) override { addProgress(0); }
+  std::uintptr_t reached = 0;
+};
+
+// Released a level after the other, while parts that belong to observers are released within.
+TEST(PartialProgress, ChainsAreAsLongAsMemoryAllows) {
+  const auto meter = std::make_shared<StackMeter>();
+  std::shared_ptr<IProgress> last = meter;
+  int released = 0;
+  for (int i = 0; i < 1000000; ++i) {
+    auto part = std::make_shared<PartialProgress>(last, 1.0);
+    if (i % 1000 == 0) {
+      const auto side = std::make_shared<PartialProgress>(last, 1.0);
+      part->addObserver([side, count = std::shared_ptr<int>(&released, [](int* n) { ++*n; })](double) {});
+    }
+    last = std::move(part);
+  }
+  last.reset();
+  EXPECT_EQ(released, 1000);
+  EXPECT_EQ(meter.use_count(), 1);
+}
+
+#ifndef TARN_TEST_SANITIZED  // By far more of it.
+TEST(PartialProgress, ForwardingTakesTheStackThatTheHeaderSays) {
+  const auto meter = std::make_shared<StackMeter>();
+  std::shared_ptr<IProgress> last = meter;
+  for (int i = 0; i < 1000; ++i) last = std::make_shared<PartialProgress>(last, 1.0);
+  const char here = 0;
+  const std::function<void()> moves[] = {[&] { last->setProgress(1); }, [&] { last->addProgress(1); },
+                                         [&] { last->setStep("x"); }};
+  for (const auto& move : moves) {
+    move();
+    EXPECT_LT(reinterpret_cast<std::uintptr_t>(&here) - meter->reached, 512000U);
+  }
+}
+#endif
 
 // Notes what reaches it, and its own end.
 class Parent : public IProgress {

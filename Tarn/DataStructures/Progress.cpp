@@ -1,4 +1,5 @@
-// Every change is made under the lock; observers run behind it, in a copy of their list taken under the same lock.
+// A change is made under the lock, and what observers are to be told is copied under it. They are called behind it,
+// when nothing of the hub is needed any more: an observer may destroy it.
 #include "Tarn/DataStructures/Progress.h"
 
 #include <utility>
@@ -9,24 +10,35 @@ namespace {
 // Whether a difference is a change: neither zero nor NaN.
 bool moves(double difference) { return difference < 0.0 || difference > 0.0; }
 
-// Ends a change: copies the observers under the lock, frees it and calls the copies. They must be copies, even for one
-// pass each: an observer may have a state of its own, and passes of several threads overlap.
+// What observers are told. They must be copies, even for one pass each: an observer may have a state of its own, and
+// passes of several threads overlap.
 template <class Observer, class Value>
-void notify(const std::vector<Observer>& observers, std::unique_lock<std::mutex>& lock, const Value& value) {
-  if (observers.size() == 1) {  // The usual case, without memory for a list.
-    const Observer observer = observers.front();
-    lock.unlock();
-    observer(value);
-    return;
+class Pass {
+ public:
+  Pass(const std::vector<Observer>& observers, const Value& value) : value_(value) {
+    if (observers.size() == 1) {
+      only_ = observers.front();  // The usual case, without memory for a list.
+    } else {
+      observers_ = observers;
+    }
   }
-  const std::vector<Observer> copies(observers.begin(), observers.end());
-  lock.unlock();
-  for (const Observer& observer : copies) observer(value);
-}
+
+  void call() const {
+    if (only_) only_(value_);
+    for (const Observer& observer : observers_) observer(value_);
+  }
+
+ private:
+  Value value_;
+  Observer only_;
+  std::vector<Observer> observers_;
+};
 
 }  // namespace
 
 IProgress::~IProgress() = default;
+
+Progress::Progress() = default;
 
 Progress::Progress(std::function<void(double)> progressCallback, std::function<void(std::string)> stepCallback) {
   addObserver(std::move(progressCallback));
@@ -52,7 +64,9 @@ double Progress::setProgress(double value) {
   const double difference = value - value_;
   if (!moves(difference)) return difference;
   value_ = value;
-  notify(progressObservers_, lock, value);
+  const Pass pass(progressObservers_, value);
+  lock.unlock();
+  pass.call();
   return difference;
 }
 
@@ -61,7 +75,9 @@ double Progress::addProgress(double increment) {
   if (!moves(increment)) return value_;
   value_ += increment;
   const double sum = value_;
-  notify(progressObservers_, lock, sum);
+  const Pass pass(progressObservers_, sum);
+  lock.unlock();
+  pass.call();
   return sum;
 }
 
@@ -69,7 +85,9 @@ void Progress::setStep(const std::string& step) {
   std::unique_lock lock(mutex_);
   if (step == step_) return;
   step_ = step;
-  notify(stepObservers_, lock, step);
+  const Pass pass(stepObservers_, step_);
+  lock.unlock();
+  pass.call();
 }
 
 }  // namespace Tarn::DataStructures

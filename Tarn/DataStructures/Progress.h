@@ -48,16 +48,21 @@ class TARN_API IProgress {
 ///
 /// The hub owns copies of the observers for as long as it lives. An observer runs on the thread that made the change,
 /// in a copy taken for that pass, with no lock held: it may call the hub, and what it adds is called from the next
-/// pass on. An exception that it throws reaches the caller of the change; the observers behind it are not called, the
-/// change stays. So it is when allocation throws while the observers are copied: none is called then.
+/// pass on. It may destroy the hub, and what the caller handed in: each observer of the pass gets a copy of its own of
+/// what was stored, and the hub is not touched behind them. An exception that it throws reaches the caller of the
+/// change; the observers behind it are not called, the change stays. So it is when allocation throws while the
+/// observers are copied: none is called then.
 ///
 /// Threads: any number may call any member at once. Passes of different threads may overlap and overtake each other,
-/// so an observer of a hub that several threads change sees values out of order unless it serialises them itself.
+/// so an observer of a hub that several threads change sees values out of order unless it serialises them itself. A
+/// process that is forked while a thread changes a hub must not use that hub in the child: its lock may be held there.
 class TARN_API Progress : public IProgress {
  public:
-  /// A hub at 0.0 with an empty step, and an observer for each callback that is not empty. Nothing is notified.
-  explicit Progress(std::function<void(double)> progressCallback = {},
-                    std::function<void(std::string)> stepCallback = {});
+  /// A hub at 0.0 with an empty step, without observers.
+  Progress();
+
+  /// The same with an observer for each callback that is not empty. Nothing is notified.
+  explicit Progress(std::function<void(double)> progressCallback, std::function<void(std::string)> stepCallback = {});
 
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
