@@ -17,6 +17,7 @@
 #include "Tarn/text/ValueText.h"
 #include "Tarn/text/WideText.h"
 #include "Tarn/time/Time.h"
+#include "Tarn/uuids/UuidText.h"
 #include "Tarn/uuids/uuid.h"
 
 #endif  // TARN_TARN_H_

@@ -1,5 +1,7 @@
 # What every target of this project is built with. Nothing here reaches a parent project or a user.
 
+include(CheckCXXCompilerFlag)
+
 function(tarn_target target)
   set_target_properties(${target} PROPERTIES
     CXX_EXTENSIONS OFF
@@ -20,6 +22,13 @@ function(tarn_harden target)
   endif()
   set(optimised "$<NOT:$<CONFIG:Debug>>")
   target_compile_definitions(${target} PRIVATE "$<${optimised}:_GLIBCXX_ASSERTIONS>")
+  foreach(option IN ITEMS -fcf-protection -fstack-clash-protection)
+    string(MAKE_C_IDENTIFIER "TARN_HAS${option}" has)
+    check_cxx_compiler_flag("${option} -Werror" ${has})
+    if(${has})
+      target_compile_options(${target} PRIVATE "$<${optimised}:${option}>")
+    endif()
+  endforeach()
   target_compile_options(${target} PRIVATE
     "$<${optimised}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>" "$<${optimised}:-fstack-protector-strong>")
   if(NOT WIN32)

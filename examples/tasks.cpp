@@ -1,9 +1,11 @@
 // What people come to the library for, a function each. The reference shows them; `//>` is what they print.
 #include <Tarn/Tarn.h>
 
+#include <chrono>
 #include <exception>
 #include <iostream>
 #include <memory>
+#include <vector>
 
 using namespace Tarn;
 using namespace Tarn::DataStructures;
@@ -54,6 +56,36 @@ void writeAndReadValues() {
 }
 // [values]
 
+// [records]
+void getPastBadRecords() {
+  std::string log;
+  log << 1 << " first\n"
+      << "\"nobody closes this\n"
+      << 2 << " second\n"
+      << "99999999999 third\n"
+      << 3 << " third\n";
+
+  ValueReader reader(log);
+  while (const auto line = reader.takeLine()) {  // Line by line: what is wrong with one cannot reach the next.
+    ValueReader record(*line);
+    const auto number = record.tryRead<int>();
+    const auto name = record.tryRead<std::string>();
+    if (number && name) std::cout << *number << *name << '\n';
+  }
+  //> 1 first
+  //> 2 second
+  //> 3 third
+
+  std::string exactly;
+  exactly << 0.1 + 0.2 << ' ' << exact(0.1 + 0.2);  // Six digits are written unless all are asked for.
+  std::cout << exactly << '\n';                     //> 0.3 0.30000000000000004
+
+  const StringMap unlucky = {{"path", "C:\\\"dir\""}};  // A backslash before a double quote does not come back,
+  std::cout << comesBack(unlucky) << '\n';              //> 0
+  std::cout << comesBack({{"a", "b"}}) << '\n';         //> 1
+}
+// [records]
+
 // [progress]
 void showProgress() {
   auto whole = std::make_shared<Progress>([](double value) { std::cout << value * 100 << " %\n"; },
@@ -86,8 +118,12 @@ void printAndReadTimes() {
   line >> read;
   std::cout << Time::compare(read, taken) << '\n';  //> 0
 
-  const Time other = Time::fromIsoTimeStrIgnoringTimeZone("2024-03-05T14:07:10Z");
-  std::cout << Time::compare(taken, other) << '\n';  //> -1
+  const std::string iso = isoText(taken);                                           // With the offset from UTC,
+  std::cout << (parseTime(iso) == taken) << '\n';                                   //> 1
+  std::cout << parseTime("2024-02-30").has_value() << '\n';                         //> 0
+  const Time other = Time::fromIsoTimeStrIgnoringTimeZone("2024-03-05T14:07:10Z");  // or ignoring it.
+  std::cout << Time::compare(taken, other) << '\n';                                 //> -1
+  std::cout << (Time(std::chrono::system_clock::time_point()) == Time()) << '\n';   //> 1
 
   const Time start = Time::now();
   std::cout << start.isTimeOut(3600.0) << '\n';  //> 0
@@ -100,7 +136,9 @@ void identifyThings() {
   std::cout << tower << '\n';                  //> 00112233-4455-6677-8899-aabbccddeeff
   std::cout << tower.toShortString() << '\n';  //> ABEiM0RVZneImaq7zN3u/w==
 
-  const uuids::uuid cellar = uuids::uuid::generate();
+  std::vector<uuids::uuid> many(1000);
+  uuids::uuid::generate(many);  // By one request to the system.
+  const uuids::uuid cellar(many.back().as_bytes());
   std::cout << (cellar != tower) << cellar.is_nil() << '\n';  //> 10
 
   const std::optional<uuids::uuid> typed = parseUuid("{00112233445566778899AABBCCDDEEFF}");
@@ -108,15 +146,37 @@ void identifyThings() {
 }
 // [identify]
 
+// [text]
+void workWithText() {
+  std::string name = "Scan099";
+  incrementIndex(name);
+  std::cout << name << '\n';                                                             //> Scan100
+  std::cout << "size of " + PrintF("%s: %.1f m", trim_copy("  Tower "), 12.25) << '\n';  //> size of Tower: 12.2 m
+  std::cout << implode({"a", "b", "c"}, ", ") << '\n';                                   //> a, b, c
+  std::string path = "C:/scans/tower";
+  replaceAll(path, "/", "\\");
+  std::cout << path << ' ' << compareIgnoreCase(path, "c:\\SCANS\\tower") << '\n';  //> C:\scans\tower 0
+  std::cout << findLastOf(path, "\\") << ' ' << startsWith(path, "C:") << '\n';     //> 8 1
+
+  const std::wstring text = wide("T\u00fcrmchen");  // One unit for each character up to U+FFFF.
+  std::cout << text.size() << '\n';                 //> 8
+  std::string escaped = "\u00fc\n";
+  controlsToEsc(escaped, true);
+  std::cout << escaped << '\n';  //> \u00FC\n
+}
+// [text]
+
 }  // namespace
 
 int main() {
   try {
     translateTokens();
     writeAndReadValues();
+    getPastBadRecords();
     showProgress();
     printAndReadTimes();
     identifyThings();
+    workWithText();
     return 0;
   } catch (const std::exception& error) {  // Such as a text that has no number where one is read.
     std::cerr << error.what() << '\n';

@@ -6,7 +6,7 @@ list="$1/tests/exports.txt"
 
 # The systems spell some types differently: a 64-bit number, the standard streams.
 names() {
-  c++filt | sed -E -e 's/unsigned long long/unsigned long/g; s/long long/long/g' \
+  c++filt | sed -E -e 's/unsigned long long/unsigned long/g; s/long long/long/g; s/([0-9]u?l)l/\1/g' \
     -e 's/std::basic_([io]stream)<char, std::char_traits<char> >/std::\1/g' \
     -e 's/std::__cxx11::basic_string<(char|wchar_t), [^>]*>, std::allocator<[^>]*> >/std::basic_string<\1>/g' |
     grep -v '^typeinfo name for ' | LC_ALL=C sort -u

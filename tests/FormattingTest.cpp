@@ -3,10 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iomanip>
+#include <sstream>
 #include <string_view>
 
-#include "tests/Generate.h"
-#include "tests/Plain.h"
+#include "Tarn/text/ValueText.h"
 
 namespace {
 
@@ -17,20 +18,6 @@ enum class Scoped { kOne };
 static_assert(std::is_constructible_v<PrintF, const char*, int, double, const char*, std::string, void*, Unscoped>);
 static_assert(!std::is_constructible_v<PrintF, const char*, std::string_view>);
 static_assert(!std::is_constructible_v<PrintF, const char*, Scoped>);
-
-// The private member that a program calls whose own declaration of the class has another constructor.
-std::string apply(PrintF& text, const char* format, int number);
-template <auto kMember>
-struct Opened {
-  friend std::string apply(PrintF& text, const char* format, int number) { return (text.*kMember)(format, number); }
-};
-template struct Opened<&PrintF::printf_apply>;
-
-TEST(PrintF, AppliesAnotherFormat) {
-  PrintF text("%s", "a text that is longer than its next one");
-  EXPECT_EQ(apply(text, "%03d", 7), "007");
-  EXPECT_EQ(std::string(text), "007");
-}
 
 TEST(PrintF, FormatsOnce) {
   const PrintF text("%d|%5.2f|%s|%s|%c|%zu|%d", 42, 2.125F, std::string("a\0b", 3), "lit", 'x', sizeof(char), kThree);
@@ -43,6 +30,16 @@ TEST(PrintF, FormatsOnce) {
   EXPECT_EQ(size(PrintF("%d", 7)) + size(std::move(named)), 51U);           // but for whom it is moved to.
   EXPECT_EQ(std::string(PrintF("100 %%")), "100 %");
   EXPECT_EQ(std::string(PrintF("a%cb", '\0')), "a");
+}
+
+TEST(PrintF, MeetsStringsAndStreams) {
+  std::ostringstream stream;
+  stream << PrintF("%d", 1) << std::setw(4) << PrintF("%s", std::string("x"));
+  EXPECT_EQ(stream.str(), "1   x");
+  std::string buffer = "a" + PrintF("%d", 2) + std::string("b");
+  buffer << PrintF(std::string("%s-%d"), std::string("c"), 3) << PrintF("%%");
+  EXPECT_EQ(buffer, "a2bc-3%");
+  EXPECT_EQ(std::string_view("v") + PrintF("%c", 'w') + "x" + (PrintF("%d", 1) + PrintF("%d", 2)), "vwx12");
 }
 
 TEST(PrintF, CutsAt999) {
@@ -78,13 +75,6 @@ TEST(IncrementIndex, AdvancesTheNumberAtTheEnd) {
     incrementIndex(text);
     EXPECT_EQ(text, next);
     EXPECT_STREQ(text.c_str(), next.c_str());  // Nothing is written behind its end.
-  }
-  Generate generate(8);
-  for (int i = 0; i < 20000; ++i) {
-    std::string text = generate.text("a-0899", 17);
-    const std::string expected = plainIncrement(text);
-    incrementIndex(text);
-    ASSERT_EQ(text, expected);
   }
 }
 

@@ -23,6 +23,11 @@ case "$1" in
     requires "guarded stacks" ' __stack_chk_fail' "$imports"
     requires "bounds for the C library's writes" ' __vsnprintf_chk' "$imports"
     requires "assertions of the standard library" glibcxx_assert_fail "$imports"
+    if readelf -h "$1" | grep -q X86-64; then
+      code=$(objdump -d --no-show-raw-insn "$1")
+      requires "marks of where calls may go" endbr64 "$code"
+      requires "stacks that grow page by page" 'or[bq] +\$0x0,' "$code"
+    fi
     ;;
 esac
 exit $missing

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "Tarn/time/Time.h"
-#include "tests/Generate.h"
+#include "tests/Growth.h"
 #include "tests/Plain.h"
 #include "tests/TimeZones.h"
 
@@ -30,16 +30,15 @@ TEST(IsoTime, EveryTextThatIsNearlyGood) {
 
 TEST(IsoTime, TheFirstLineThatIsOne) {
   const TimeZone zone("UTC");
-  const std::string lines[] = {"", "x", "2024-03-05T14:07:09Z", "2025-01-01T00:00:00-08:00", "2024-03-05T14:07:09Z\r"};
-  Generate generate(40);
-  for (int i = 0; i < 2000; ++i) {
-    std::string text = lines[generate.below(5)];
-    for (std::uint64_t n = generate.below(4); n > 0; --n) text += '\n' + lines[generate.below(5)];
-    expectAsPattern(text);
+  const std::string good = "2024-03-05T14:07:09Z";
+  for (const std::string lines : {"\n", "x\n", "2024-03-05T14:07:09Z\r\n", "2024-03-05T14:07:0\n9Z\n"}) {
+    expectLinear("lines", 50000, [&](std::size_t count) {
+      std::string text;
+      while (text.size() < count) text += lines;
+      text += good + "\n2025-01-01T00:00:00-08:00";
+      EXPECT_EQ(Time::fromIsoTimeStrIgnoringTimeZone(text).getTimeStr9(), good);
+    });
   }
-  const std::string far = std::string(2000000, '2') + "\n" + std::string(500000, '\n') + lines[2] + "\n" + lines[3];
-  EXPECT_EQ(Time::fromIsoTimeStrIgnoringTimeZone(far).getTimeStr9(), lines[2]);
-  EXPECT_EQ(Time::fromIsoTimeStrIgnoringTimeZone(far).getMSec(), 0);
 }
 
 }  // namespace

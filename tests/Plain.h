@@ -16,9 +16,7 @@
 #include <string>
 #include <string_view>
 
-#include "Tarn/text/Escapes.h"
 #include "Tarn/text/ValueText.h"
-#include "Tarn/text/WideText.h"
 #include "Tarn/time/Time.h"
 
 // The decoder's table, byte by byte; nothing where it throws.
@@ -42,10 +40,19 @@ inline std::optional<std::wstring> plainWide(const std::string& text) {
   return result;
 }
 
-// Both directions of escaping, character by character.
+// The UTF-8 of a 16-bit value.
+inline std::string plainUtf8(unsigned code) {
+  const auto byte = [](unsigned value) { return static_cast<char>(static_cast<unsigned char>(value)); };
+  if (code < 0x80) return {byte(code)};
+  if (code < 0x800) return {byte(0xC0 | code >> 6), byte(0x80 | (code & 0x3F))};
+  return {byte(0xE0 | code >> 12), byte(0x80 | (code >> 6 & 0x3F)), byte(0x80 | (code & 0x3F))};
+}
+
+// Both directions of escaping, character by character. Of a text that can be decoded.
 inline std::string plainEscape(const std::string& text, bool unicode) {
   std::ostringstream result;
-  for (const wchar_t character : Tarn::wide(text)) {
+  const std::wstring characters = plainWide(text).value();
+  for (const wchar_t character : characters) {
     const auto code = static_cast<unsigned>(character);
     if (code == '\n' || code == '\r') {
       result << '\\' << (code == '\n' ? 'n' : 'r');
@@ -77,9 +84,7 @@ inline int plainUnescape(std::string& text, bool unicode) {
       result += "\\u";
     } else if (text[i] == 'u' && i + 4 < text.size() &&
                text.substr(i + 1, 4).find_first_not_of("0123456789abcdefABCDEF") == std::string::npos) {
-      std::ostringstream utf8;
-      Tarn::operator<<(utf8, std::wstring(1, static_cast<wchar_t>(std::stoi(text.substr(i + 1, 4), nullptr, 16))));
-      result += utf8.str();
+      result += plainUtf8(static_cast<unsigned>(std::stoi(text.substr(i + 1, 4), nullptr, 16)));
       i += 4;
     } else {
       return position;
@@ -205,13 +210,14 @@ inline constexpr const char* kNoValue = "invalid string position";
 
 // The general rule, with a stream.
 template <class T>
-std::string plainTake(std::string& text, T& value) {
+std::string plainTake(std::string& text, T& value, bool* hasFailed = nullptr) {
   const std::size_t start = findValue(text);
   if (start == text.size()) return "";
   text.erase(0, start);
   std::istringstream stream(text);
   stream.imbue(std::locale::classic());
   stream >> value;
+  if (hasFailed != nullptr) *hasFailed = stream.fail();
   if (!stream.eof() && stream.fail()) return kNoValue;
   text.erase(0, stream.eof() ? text.size() : static_cast<std::size_t>(stream.tellg()));
   return "";
@@ -307,7 +313,9 @@ inline std::string plainTake(std::string& text, Tarn::Time& value) {
   for (std::size_t i = 0; i < fields.size(); ++i) {
     char separator = '\0';
     if (i != 0 && i != 3) plainTake(text, separator);
-    if (std::string error = plainTake(text, fields[i]); !error.empty()) return error;
+    bool hasFailed = false;
+    if (std::string error = plainTake(text, fields[i], &hasFailed); !error.empty()) return error;
+    if (hasFailed) fields[i] = 0;
   }
   const auto& [day, month, year, hour, minute, second, millisecond] = fields;
   value.setTime(year, month, day, hour, minute, second, millisecond);

@@ -41,7 +41,7 @@ std::string pieceOf(Generate& generate) {
     case 2:
       return "|" + bytes;
     default:
-      return std::string("|") + "*@%"[generate.below(3)] + bytes;
+      return std::string("|") + "*@%#"[generate.below(4)] + bytes;
   }
 }
 

@@ -5,8 +5,7 @@
 
 #include <stdexcept>
 
-#include "tests/Generate.h"
-#include "tests/Plain.h"
+#include "tests/Growth.h"
 
 namespace {
 
@@ -57,53 +56,6 @@ TEST(StringUtilities, SearchesFromAStart) {
   EXPECT_EQ(findAlphaNum("", 0), -1);
 }
 
-TEST(StringUtilities, SearchesAsALoopDoes) {
-  Generate generate(9);
-  for (int i = 0; i < 20000 && !HasFailure(); ++i) {
-    const std::string text = generate.text(std::string_view(" \t\0,=\x7F\xE9xe5", 10), 8);
-    const int start = static_cast<int>(generate.below(10)) - 1;
-    const auto search = [&text, start](auto isSought) {
-      for (int at = start; at >= 0 && at < static_cast<int>(text.size()); ++at) {
-        if (isSought(text[static_cast<std::size_t>(at)])) return at;
-      }
-      return -1;
-    };
-    EXPECT_EQ(findAlphaNum(text, start), search(isAlphaNum)) << text;
-    EXPECT_EQ(findValidNumberChar(text, start), search(isValidNumberChar)) << text;
-    EXPECT_EQ(findNonWS(text, start), search([](char c) { return !isIn({" \t\0\x7F", 4}, c); })) << text;
-  }
-}
-
-TEST(StringUtilities, AgreesWithPlainDefinitions) {
-  Generate generate(3);
-  for (int i = 0; i < 20000; ++i) {
-    const bool repeats = i % 4 == 0;  // Much fits in part only.
-    const std::string text = repeats ? generate.text("aaaaaaaaaaaaab", 300)
-                                     : generate.text(std::string_view("aab\0", i % 2 == 0 ? 3 : 4), 40);
-    std::string from = generate.text(std::string_view("ab\0", 3), 3);
-    if (repeats && !text.empty()) {
-      from = text.substr(generate.below(text.size()), generate.below(60));
-      if (!from.empty() && generate.below(2) == 0) from[generate.below(from.size())] = 'b';
-    }
-    const std::string to = generate.text("ab", 4);
-    testing::ScopedTrace at(__FILE__, __LINE__, text + '|' + from + '|' + to);
-    EXPECT_EQ(findLastOf(text, from), plainFindLast(text, from));
-    const int start = static_cast<int>(generate.below(26)) - 1;
-    const char character = "ab\0"[generate.below(3)];
-    EXPECT_EQ(findLastOf(text, character, start), plainFindLast(text, character, start));
-    std::string replaced = text;
-    replaceAll(replaced, from, to);
-    EXPECT_EQ(replaced, plainReplace(text, from, to));
-    const std::wstring wideText(text.begin(), text.end());
-    const std::wstring wideFrom(from.begin(), from.end());
-    std::wstring wideReplaced = wideText;
-    replaceAll(wideReplaced, wideFrom, std::wstring(to.begin(), to.end()));
-    EXPECT_EQ(wideReplaced, std::wstring(replaced.begin(), replaced.end()));
-    EXPECT_EQ(startsWith(text, from), text.compare(0, from.size(), from) == 0);
-    if (HasFailure()) break;
-  }
-}
-
 TEST(StringUtilities, ReplacesTheTextByItself) {
   std::string text = "abab";
   replaceAll(text, "a", text);
@@ -117,16 +69,20 @@ TEST(StringUtilities, ReplacesTheTextByItself) {
   EXPECT_EQ(many.size(), 600000U);
 }
 
-// Each would take minutes if every place where the needle might stand were compared with all of it.
+// In texts that repeat themselves, too.
 TEST(StringUtilities, SearchesAreLinear) {
-  const std::string text(10000000, 'a');
-  const std::string run(3000000, 'a');
-  const std::string needle = run + 'b' + run;
-  EXPECT_EQ(findLastOf(text, needle), -1);
-  EXPECT_EQ(findLastOf(needle + text, needle), 0);
-  std::string replaced = text + needle + needle + text;
-  replaceAll(replaced, needle, "c");
-  EXPECT_EQ(replaced, text + "cc" + text);
+  expectLinear("searches", 5000, [](std::size_t size) {
+    const std::string text(size, 'a');
+    const std::string run(size / 3, 'a');
+    const std::string needle = run + 'b' + run;
+    EXPECT_EQ(findLastOf(text, needle), -1);
+    EXPECT_EQ(findLastOf(needle + text, needle), 0);
+    std::string replaced = text + needle + needle + text;
+    replaceAll(replaced, needle, "c");
+    EXPECT_EQ(replaced, text + "cc" + text);
+    EXPECT_EQ(findLastOf(text, 'b', 0), -1);
+    EXPECT_EQ(compareIgnoreCase(text, std::string(size, 'A')), 0);
+  });
 }
 
 struct Trim {

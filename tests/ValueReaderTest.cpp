@@ -4,13 +4,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <iterator>
 #include <limits>
 #include <sstream>
 
 #include "Tarn/text/ValueText.h"
-#include "tests/Generate.h"
+#include "Tarn/time/Time.h"
+#include "tests/Growth.h"
 #include "tests/Plain.h"
 
 namespace geometry {
@@ -25,11 +25,29 @@ std::istream& operator>>(std::istream& stream, Point& point) {
   return stream >> point.x >> comma >> point.y;
 }
 
+// A type whose operator looks ahead and goes back, as streams allow: a number with an optional unit.
+struct Length {
+  int number;
+  char unit;
+};
+std::istream& operator>>(std::istream& stream, Length& length) {
+  stream >> length.number;
+  const auto behind = stream.tellg();
+  if (char unit = 0; stream >> unit && unit == 'm') {
+    length.unit = unit;
+  } else {
+    stream.clear();
+    stream.seekg(behind);
+  }
+  return stream;
+}
+
 }  // namespace geometry
 
 namespace {
 
 using namespace Tarn;
+using geometry::Length;
 using geometry::Point;
 
 static_assert(!std::is_constructible_v<ValueReader, std::string>);
@@ -66,61 +84,6 @@ Outcome<T> read(const std::string& text, T value = T()) {
   EXPECT_EQ(byReader.error, byBuffer.error) << testing::PrintToString(text);
   EXPECT_TRUE(byReader.value == byBuffer.value) << testing::PrintToString(text);
   return byBuffer;
-}
-
-template <class T>
-Outcome<T> plainRead(std::string text, T value) {
-  const std::string error = plainTake(text, value);
-  return {value, text, error};
-}
-
-template <class T>
-void compareWithStream(unsigned seed, std::string_view alphabet) {
-  Generate generate(seed);
-  for (int i = 0; i < 20000 && !testing::Test::HasFailure(); ++i) {
-    std::string text = generate.text(alphabet, i % 2 == 0 ? 8 : 26);
-    const Outcome<T> expected = plainRead<T>(text, T{77});
-    const Outcome<T> found = read<T>(text, T{77});
-    EXPECT_EQ(found.value, expected.value) << testing::PrintToString(text);
-    EXPECT_EQ(found.rest, expected.rest) << testing::PrintToString(text);
-    EXPECT_EQ(found.error, expected.error) << testing::PrintToString(text);
-  }
-}
-
-TEST(ValueReader, ReadsNumbersAsStreamsDo) {
-  constexpr std::string_view kDigits("0123456789999+- ", 16);
-  constexpr std::string_view kMixed("019+-.,exX \n\0", 13);
-  compareWithStream<short>(10, kDigits);
-  compareWithStream<unsigned short>(11, kDigits);
-  compareWithStream<int>(12, kMixed);
-  compareWithStream<unsigned>(13, kDigits);
-  compareWithStream<long>(14, kDigits);
-  compareWithStream<unsigned long>(15, kMixed);
-  compareWithStream<long long>(16, kDigits);
-  compareWithStream<unsigned long long>(17, kDigits);
-  compareWithStream<double>(18, kMixed);
-  compareWithStream<float>(19, kMixed);
-  for (const char* text :
-       {"9223372036854775807", "9223372036854775808", "-9223372036854775808", "-9223372036854775809",
-        "18446744073709551615", "18446744073709551616", "-18446744073709551615", "-18446744073709551616"}) {
-    for (const char* rest : {"", " x"}) {
-      EXPECT_EQ(read<long long>(text + std::string(rest)), plainRead<long long>(text + std::string(rest), 0)) << text;
-      EXPECT_EQ(read<unsigned long long>(text + std::string(rest)),
-                plainRead<unsigned long long>(text + std::string(rest), 0))
-          << text;
-    }
-  }
-  for (const long long limit : {32767LL, 65535LL, 2147483647LL, 4294967295LL}) {
-    for (const long long number : {limit, limit + 1, limit + 2, -limit, -limit - 1, -limit - 2}) {
-      const std::string text = std::to_string(number);
-      for (const char* rest : {"", " x"}) {
-        EXPECT_EQ(read<short>(text + rest), plainRead<short>(text + rest, 0)) << text;
-        EXPECT_EQ(read<unsigned short>(text + rest), plainRead<unsigned short>(text + rest, 0)) << text;
-        EXPECT_EQ(read<int>(text + rest), plainRead<int>(text + rest, 0)) << text;
-        EXPECT_EQ(read<unsigned>(text + rest), plainRead<unsigned>(text + rest, 0)) << text;
-      }
-    }
-  }
 }
 
 template <class T>
@@ -237,60 +200,6 @@ TEST(ValueReader, Maps) {
   expectReadings(rows, StringMap{{"old", "entry"}});
 }
 
-// Texts of the pieces that strings and maps are made of.
-std::string pieces(Generate& generate) {
-  constexpr std::string_view kPieces[] = {"\"=>\"", "=>",   "\"",   "\" \"",   "\\",     "a", "b",
-                                          "12",     " ",    "00",   "\n",      "{",      "}", "[",
-                                          "-",      "\x7F", "tRue", "\\u00e9", {"\0", 1}};
-  std::string text;
-  for (std::uint64_t n = generate.below(20); n > 0; --n) text += kPieces[generate.below(std::size(kPieces))];
-  return text;
-}
-
-TEST(ValueReader, ReadsAnyStringAndMapByTheirRules) {
-  Generate generate(20);
-  for (int i = 0; i < 30000 && !HasFailure(); ++i) {
-    const std::string text = pieces(generate);
-    std::string rest = text;
-    const std::string value = plainString(rest);
-    EXPECT_EQ(read<std::string>(text), (Outcome<std::string>{value, rest, ""})) << testing::PrintToString(text);
-    rest = text;
-    const StringMap map = plainMap(rest);
-    EXPECT_EQ(read<StringMap>(text, {{"old", "entry"}}), (Outcome<StringMap>{map, rest, ""}))
-        << testing::PrintToString(text);
-  }
-}
-
-template <class T>
-void readFromBoth(ValueReader& reader, std::string& buffer) {
-  T byReader{};
-  T byBuffer{};
-  T expected{};
-  std::string rest = buffer;
-  const std::string error = plainTake(rest, expected);
-  EXPECT_EQ(errorOf(reader, byReader), error);
-  EXPECT_EQ(errorOf(buffer, byBuffer), error);
-  EXPECT_EQ(byReader, expected);
-  EXPECT_EQ(byBuffer, expected);
-  EXPECT_EQ(reader.rest(), rest);
-  EXPECT_EQ(buffer, rest);
-}
-
-// A reader remembers what it knows of the text; a buffer and the plain rules look at it anew.
-TEST(ValueReader, ReadsOnByTheRules) {
-  constexpr void (*kReads[])(ValueReader&, std::string&) = {
-      readFromBoth<char>,   readFromBoth<unsigned char>, readFromBoth<bool>,      readFromBoth<int>,
-      readFromBoth<double>, readFromBoth<std::string>,   readFromBoth<StringMap>, readFromBoth<uuids::uuid>};
-  Generate generate(21);
-  for (int i = 0; i < 20000 && !HasFailure(); ++i) {
-    const std::string text = pieces(generate) + pieces(generate);
-    std::string buffer = text;
-    ValueReader reader(text);
-    for (int reads = 0; reads < 8; ++reads) kReads[generate.below(std::size(kReads))](reader, buffer);
-    EXPECT_FALSE(HasFailure()) << testing::PrintToString(text);
-  }
-}
-
 TEST(ValueReader, Uuids) {
   const uuids::uuid good = *parseUuid("00010203-0405-0607-0809-0a0b0c0d0e0f");
   const uuids::uuid before = *parseUuid("00112233-4455-6677-8899-aabbccddeeff");
@@ -302,6 +211,16 @@ TEST(ValueReader, Uuids) {
       {__LINE__, " 00010203-0405-0607-0809-0a0b0c0d0e0f", before, "", ""},
   };
   expectReadings(rows, before);
+}
+
+TEST(ValueReader, StreamsSeek) {
+  for (const auto& [text, rest] : std::map<std::string, std::string>{{"9-", "-"}, {"9m-", "-"}, {"9 ", " "}}) {
+    ValueReader reader(text);
+    Length length{};
+    reader >> length;
+    EXPECT_EQ(length.number, 9);
+    EXPECT_EQ(reader.rest(), rest);
+  }
 }
 
 TEST(ValueReader, OtherTypes) {
@@ -339,42 +258,133 @@ TEST(ValueReader, SkipsWithinTheText) {
   EXPECT_FALSE(reader.skipToValue());
 }
 
-// Each would take many minutes if every read looked at all the text again.
+// As a program does that looks for the next good value: whatever fails, a character is skipped.
+template <class T>
+void readAll(const std::string& text) {
+  ValueReader reader(text);
+  while (!reader.rest().empty()) {
+    const std::size_t left = reader.rest().size();
+    T value{};
+    errorOf(reader, value);
+    if (reader.rest().size() == left) reader.skip(1);
+  }
+}
+
+std::string times(std::string_view piece, std::size_t count) {
+  std::string text;
+  while (count-- > 0) text += piece;
+  return text;
+}
+
 TEST(ValueReader, ManyReadsAreLinear) {
-  constexpr int kMany = 300000;
-  const std::string behind(60000000, 'x');
-  std::string map = "{";
-  std::string strings;
-  for (int i = 0; i < kMany; ++i) {
-    map += "=>a\n";
-    strings += "\"a\"";
+  using Texts = std::string (*)(std::size_t);
+  constexpr Texts kOfNumbers[] = {
+      [](std::size_t n) { return std::string(n, '9') + ' '; },
+      [](std::size_t n) { return std::string(n, '0') + "9999999999 "; },
+      [](std::size_t n) { return '9' + std::string(n, '0') + "99999999999999999999 "; },
+      [](std::size_t n) { return std::string(n, '9') + "e "; },
+      [](std::size_t n) { return std::string(n, '9') + "e-9 "; },
+      [](std::size_t n) { return std::string(n, '0') + "9e400 "; },
+      [](std::size_t n) { return std::string(n, '9') + '.' + std::string(n, '9') + "e "; },
+      [](std::size_t n) { return times("9,", n / 2); },
+  };
+  for (const Texts& text : kOfNumbers) {
+    testing::ScopedTrace at(__FILE__, __LINE__, text(8));
+    expectLinear("int", 1000, [&](std::size_t n) { readAll<int>(text(n)); });
+    expectLinear("unsigned char", 1000, [&](std::size_t n) { readAll<unsigned char>(text(n)); });
+    expectLinear("double", 1000, [&](std::size_t n) { readAll<double>(text(n)); });
+    expectLinear("bool", 1000, [&](std::size_t n) { readAll<bool>(text(n)); });
   }
-  map += behind;
-  strings += behind;
-  StringMap entries;
-  ValueReader mapReader(map);
-  mapReader >> entries;
-  EXPECT_EQ(entries, (StringMap{{"", "a"}}));
-  EXPECT_EQ(mapReader.rest().size(), behind.size());
-  ValueReader reader(strings);
-  std::string value = "a";
-  int count = -1;
-  for (; value == "a"; ++count) reader >> value;
-  EXPECT_EQ(count, kMany);
-  EXPECT_EQ(value.size(), behind.size());
-  const std::string zeros(6000000, '0');
-  const std::string commas(20000000, ',');
-  ValueReader zeroReader(zeros);
-  ValueReader commaReader(commas);
-  bool isSet = false;
-  for (int i = 0; i < kMany; ++i) {
-    zeroReader >> isSet;
-    commaReader >> count;
-    ASSERT_FALSE(isSet);
+  expectLinear("no bool", 1000, [](std::size_t n) {
+    const std::string text = std::string(n, ' ') + "maybe";
+    ValueReader reader(text);
+    bool value = true;
+    for (std::size_t i = 0; i < n; ++i) reader >> value;
+    EXPECT_EQ(reader.rest(), text);
+  });
+  expectLinear("nothing to read", 1000, [](std::size_t n) {
+    const std::string text(n, ',');
+    ValueReader reader(text);
+    int value = 7;
+    for (std::size_t i = 0; i < n; ++i) reader >> value;
+    EXPECT_EQ(value, 7);
+  });
+  expectLinear("string", 1000, [](std::size_t n) { readAll<std::string>(times("\"a\"", n) + std::string(n, 'x')); });
+  expectLinear("map", 1000, [](std::size_t n) { readAll<StringMap>('{' + times("=>a\n", n) + std::string(n, 'x')); });
+  expectLinear("uuid", 1000,
+               [](std::size_t n) { readAll<uuids::uuid>(std::string(n, '-') + '\n' + times("\"\"", n)); });
+}
+
+// What tries in vain, for each type; the reader stays.
+TEST(ValueReader, TriesOnlyWholeValues) {
+  const auto expectNone = []<class T>(T, std::vector<std::string> texts) {
+    for (const std::string& text : texts) {
+      ValueReader reader(text);
+      EXPECT_FALSE(reader.tryRead<T>()) << text;
+      EXPECT_EQ(reader.rest(), text);
+    }
+  };
+  expectNone(0, {"", " ,", "x", "-", "99999999999", "2147483648 ", ". 5", "+ 5"});
+  expectNone(0.0, {"", " ,", "x", "1e", "1e400", ".", "1e400 "});
+  expectNone(static_cast<signed char>(0), {"", "x", "99999999999"});
+  expectNone(static_cast<unsigned char>(0), {"", "x", "99999999999 "});
+  expectNone(' ', {"", " \t\x7F"});
+  expectNone(false, {"", " ,", "maybe", "tru"});
+  expectNone(std::string(), {"", "\"open", "\"a\\\""});
+  expectNone(JsonValue(), {"", "\"open"});
+  expectNone(StringMap(), {"", "  ", "{", "{ \"a\"=>\"1\"", "{ \"a\"=>\"1\" junk }", "[ \"a\"=>\"1\" }", "}"});
+  expectNone(uuids::uuid(), {"", "no", "00010203-0405-0607-0809-0a0b0c0d0e0f 5"});
+  expectNone(Time(), {"", "x", "5.3.2024", "5.3.2024 14:7:9", "5.3.2024 14:7:9:x", ",,,,,,"});
+  expectNone(Point(), {"", " ,", "3,", "3;x", "x"});
+  ValueReader reader(std::string_view("-7 1e2x\"a\"{ \"b\"=>\"c\" } 300,TRUE 3,4 5.3.2024 14:7:9:42 z\n\"[1]\""));
+  EXPECT_EQ(reader.tryRead<int>(), -7);
+  EXPECT_EQ(reader.tryRead<double>(), 100);
+  EXPECT_EQ(reader.tryRead<char>(), 'x');
+  EXPECT_EQ(reader.tryRead<std::string>(), "a");
+  EXPECT_EQ(reader.tryRead<StringMap>(), (StringMap{{"b", "c"}}));
+  EXPECT_EQ(reader.tryRead<unsigned char>(), 44);
+  EXPECT_EQ(reader.tryRead<bool>(), true);
+  EXPECT_EQ(reader.tryRead<Point>(), (Point{3, 4}));
+  EXPECT_EQ(reader.tryRead<Time>().value_or(Time()).getMSec(), 42);
+  EXPECT_EQ(reader.takeLine(), " z");
+  EXPECT_EQ(reader.tryRead<JsonValue>().value_or(JsonValue()).text, "[1]");
+  EXPECT_EQ(reader.takeLine(), std::nullopt);
+}
+
+// Records a line, as the header shows them: whatever stands between good ones, none of these is lost.
+TEST(ValueReader, NoGarbageReachesTheNextRecord) {
+  const std::string id = "\"00010203-0405-0607-0809-0a0b0c0d0e0f\"";
+  const std::string kGarbage[] = {
+      "",
+      "\"",
+      "\"a quote that nobody closes",
+      std::string("\"a\0b\"", 5),
+      std::string("\0\0\0", 3),
+      id.substr(0, 20),
+      id + " { \"a\"=>\"1\"",
+      id + " { \"a\"=>\"1\" } 5.3.2024 14:",
+      id + " [ \"a\"=>\"1\" } 5.3.2024 14:7:9:42",
+      "{ \"a\"=>\"1\" } " + id,
+      "99999999999999999999999",
+      "\xFF\xFE\x80",
+      std::string(3000, '"'),
+      std::string(3000, '9') + "e",
+      "\\\"=>\"",
+  };
+  std::string text;
+  for (const std::string& garbage : kGarbage) {
+    text << id << StringMap{{"a", "1\n\"2\""}} << Time() << '\n' << garbage << '\n';
   }
-  EXPECT_EQ(zeroReader.rest().size(), zeros.size() - kMany);
-  EXPECT_EQ(count, kMany);
-  EXPECT_EQ(commaReader.rest(), commas);
+  ValueReader reader(text);
+  std::size_t records = 0;
+  while (const auto line = reader.takeLine()) {
+    ValueReader record(*line);
+    const auto read = record.tryRead<uuids::uuid>();
+    const auto map = record.tryRead<StringMap>();
+    const auto time = record.tryRead<Time>();
+    if (read && map && time) ++records;
+  }
+  EXPECT_EQ(records, std::size(kGarbage));
 }
 
 struct Word {

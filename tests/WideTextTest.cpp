@@ -10,7 +10,6 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "tests/Generate.h"
 #include "tests/Plain.h"
 
 namespace {
@@ -38,16 +37,6 @@ TEST(WideText, DecodesEveryBeginning) {
       if (HasFailure()) return;
     }
   }
-}
-
-TEST(WideText, DecodesAnyBytes) {
-  Generate generate(4);
-  for (int i = 0; i < 20000 && !HasFailure(); ++i) {
-    expectWide(generate.text("abcdefghijklmnop\xC3\xA9\xE2\x82\xAC\xF0", 40));
-    expectWide(generate.bytes(4));
-  }
-  for (int i = 0; i < 300; ++i) expectWide(generate.text("abcdefghijklmnop\xC3\xA9\xE2\x82\xAC", 3000));
-  expectWide(std::string(100000, 'a') + "\xC3\xA9" + std::string(100000, 'b') + '\xFF');
 }
 
 TEST(WideText, PointersCountToTheirEnd) {

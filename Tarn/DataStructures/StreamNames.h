@@ -7,8 +7,8 @@
 
 #include "Tarn/Export.h"
 
-/// Constants for whoever stores a model. They are ready as soon as the shared library is loaded, so a program's own
-/// static initialisers may use them. The header texts have no line break of their own.
+/// Constants for whoever stores a model. A program's own static initialisers may use them, in a static build too. The
+/// header texts have no line break of their own.
 namespace Tarn::DataStructures::StreamNames {
 
 extern TARN_API const std::string S_MODEL_MAIN;               ///< "Main"

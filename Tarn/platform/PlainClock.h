@@ -10,7 +10,7 @@ namespace Tarn::platform {
 
 // The date and the time of day, `tm_isdst` negative, so many seconds after 1970-01-01 00:00:00, in years that a
 // `std::chrono::year` can hold.
-inline std::tm plainFields(std::int64_t seconds) {
+inline std::tm toPlainFields(std::int64_t seconds) {
   const std::chrono::sys_seconds time{std::chrono::seconds(seconds)};
   const auto day = std::chrono::floor<std::chrono::days>(time);
   const std::chrono::year_month_day date(day);
@@ -24,6 +24,15 @@ inline std::tm plainFields(std::int64_t seconds) {
   fields.tm_sec = second % 60;
   fields.tm_isdst = -1;
   return fields;
+}
+
+// Their inverse.
+inline std::int64_t fromPlainFields(const std::tm& fields) {
+  const std::chrono::year_month_day date{std::chrono::year(fields.tm_year + 1900),
+                                         std::chrono::month(static_cast<unsigned>(fields.tm_mon + 1)),
+                                         std::chrono::day(static_cast<unsigned>(fields.tm_mday))};
+  const std::int64_t days = std::chrono::sys_days(date).time_since_epoch().count();
+  return ((days * 24 + fields.tm_hour) * 60 + fields.tm_min) * 60 + fields.tm_sec;
 }
 
 }  // namespace Tarn::platform

@@ -5,22 +5,29 @@
 #ifndef TARN_PLATFORM_PLATFORM_H_
 #define TARN_PLATFORM_PLATFORM_H_
 
-#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <ctime>
+#include <span>
 
 namespace Tarn::platform {
 
-// The bytes of a new uuid, in the order of its canonical text.
-std::array<unsigned char, 16> newUuid();
+// Fills the bytes, 16 for each, with new uuids in the order of their canonical text.
+void putNewUuids(std::span<std::byte> bytes);
 
-// Breaks whole seconds since 1970-01-01 UTC down into local time. False, and the fields are unspecified, if the runtime
-// cannot.
+// Breaks whole seconds since 1970-01-01 UTC down into local time or UTC. False, and the fields are unspecified, if the
+// runtime cannot.
 bool toLocalTime(std::int64_t seconds, std::tm& fields);
+bool toUtc(std::int64_t seconds, std::tm& fields);
 
-// Whole seconds since 1970-01-01 UTC at which local clocks show what a clock without a zone shows `local` seconds after
-// 1970-01-01 00:00:00; negative if the time is earlier. Where the runtime cannot tell, negative or as in UTC.
-std::int64_t fromLocalTime(std::int64_t local);
+// How many seconds the local fields of a time are ahead of UTC.
+std::int64_t offsetOf(const std::tm& fields, std::int64_t seconds);
+
+// Whole seconds since 1970-01-01 UTC at which local clocks, or those of UTC, show what a clock without a zone shows
+// `plain` seconds after 1970-01-01 00:00:00; negative if the time is earlier, or the
+// runtime cannot tell it.
+std::int64_t fromLocalTime(std::int64_t plain);
+std::int64_t fromUtc(std::int64_t plain);
 
 }  // namespace Tarn::platform
 

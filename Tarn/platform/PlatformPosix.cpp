@@ -5,26 +5,22 @@
 #include <cerrno>
 #include <system_error>
 
+#include "Tarn/platform/PlainClock.h"
+
 namespace Tarn::platform {
-namespace {
 
-// Seconds that local time is ahead of UTC at a time.
-std::int64_t offsetAt(std::int64_t seconds) {
-  std::tm fields{};
-  return toLocalTime(seconds, fields) ? fields.tm_gmtoff : 0;
-}
-
-}  // namespace
-
-std::array<unsigned char, 16> newUuid() {
-  std::array<unsigned char, 16> bytes{};
-  while (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+void putNewUuids(std::span<std::byte> bytes) {
+  for (std::size_t done = 0; done < bytes.size();) {
+    const ssize_t count = getrandom(bytes.data() + done, bytes.size() - done, 0);
+    if (count > 0) done += static_cast<std::size_t>(count);
     // An identifier that is not random would not be unique: better none at all.
-    if (errno != EINTR) throw std::system_error(errno, std::system_category(), "no random bytes for a uuid");
+    if (count < 0 && errno != EINTR)
+      throw std::system_error(errno, std::system_category(), "no random bytes for a uuid");
   }
-  bytes[6] = static_cast<unsigned char>((bytes[6] & 0x0F) | 0x40);  // Version 4,
-  bytes[8] = static_cast<unsigned char>((bytes[8] & 0x3F) | 0x80);  // RFC 4122 variant.
-  return bytes;
+  for (std::size_t i = 0; i < bytes.size(); i += 16) {
+    bytes[i + 6] = (bytes[i + 6] & std::byte{0x0F}) | std::byte{0x40};  // Version 4,
+    bytes[i + 8] = (bytes[i + 8] & std::byte{0x3F}) | std::byte{0x80};  // RFC 4122 variant.
+  }
 }
 
 bool toLocalTime(std::int64_t seconds, std::tm& fields) {
@@ -32,15 +28,30 @@ bool toLocalTime(std::int64_t seconds, std::tm& fields) {
   return localtime_r(&time, &fields) != nullptr;
 }
 
-// Not by mktime: it reads the zone anew at every call, under a lock that threads then wait for. A day before and a day
-// behind have the two offsets that can hold at a local time. The one before is right in the first of a repeated hour,
-// and moves a missing hour forward.
-std::int64_t fromLocalTime(std::int64_t local) {
+// Not by arithmetic: where a zone knows of leap seconds, so does UTC.
+bool toUtc(std::int64_t seconds, std::tm& fields) {
+  const std::time_t time = seconds;
+  return gmtime_r(&time, &fields) != nullptr;
+}
+
+std::int64_t offsetOf(const std::tm& fields, std::int64_t) { return fields.tm_gmtoff; }
+
+// By the offset of the day before, which nearly always holds, and is that of the first of two equal hours. `mktime`
+// takes longer, but knows what to do where clocks change and where seconds leap.
+std::int64_t fromLocalTime(std::int64_t plain) {
   constexpr std::int64_t kDay = 86400;
-  const std::int64_t offsetBefore = offsetAt(local - kDay);
-  if (offsetAt(local - offsetBefore) == offsetBefore) return local - offsetBefore;
-  const std::int64_t offsetBehind = offsetAt(local + kDay);
-  return local - (offsetAt(local - offsetBehind) == offsetBehind ? offsetBehind : offsetBefore);
+  std::tm fields;
+  if (toLocalTime(plain - kDay, fields)) {
+    const std::int64_t seconds = plain - fields.tm_gmtoff;
+    if (toLocalTime(seconds, fields) && fields.tm_sec < 60 && fromPlainFields(fields) == plain) return seconds;
+  }
+  fields = toPlainFields(plain);
+  return std::mktime(&fields);
+}
+
+std::int64_t fromUtc(std::int64_t plain) {
+  std::tm fields = toPlainFields(plain);
+  return timegm(&fields);
 }
 
 }  // namespace Tarn::platform

@@ -3,6 +3,7 @@
 #include <objbase.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 #include "Tarn/platform/GuidFields.h"
@@ -10,13 +11,16 @@
 
 namespace Tarn::platform {
 
-std::array<unsigned char, 16> newUuid() {
-  GUID guid{};
-  // The status is left alone: there is no other source to turn to.
-  static_cast<void>(CoCreateGuid(&guid));
-  GuidFields fields{guid.Data1, guid.Data2, guid.Data3, {}};
-  std::copy(std::begin(guid.Data4), std::end(guid.Data4), fields.data4.begin());
-  return toBytes(fields);
+void putNewUuids(std::span<std::byte> bytes) {
+  for (std::size_t i = 0; i < bytes.size(); i += 16) {
+    GUID guid{};
+    // The status is left alone: there is no other source to turn to.
+    static_cast<void>(CoCreateGuid(&guid));
+    GuidFields fields{guid.Data1, guid.Data2, guid.Data3, {}};
+    std::copy(std::begin(guid.Data4), std::end(guid.Data4), fields.data4.begin());
+    const std::array<unsigned char, 16> id = toBytes(fields);
+    std::copy(id.begin(), id.end(), reinterpret_cast<unsigned char*>(bytes.data() + i));
+  }
 }
 
 bool toLocalTime(std::int64_t seconds, std::tm& fields) {
@@ -24,9 +28,18 @@ bool toLocalTime(std::int64_t seconds, std::tm& fields) {
   return _localtime64_s(&fields, &time) == 0;
 }
 
-std::int64_t fromLocalTime(std::int64_t local) {
-  std::tm fields = plainFields(local);
+bool toUtc(std::int64_t seconds, std::tm& fields) {
+  fields = toPlainFields(seconds);
+  return true;
+}
+
+std::int64_t offsetOf(const std::tm& fields, std::int64_t seconds) { return fromPlainFields(fields) - seconds; }
+
+std::int64_t fromLocalTime(std::int64_t plain) {
+  std::tm fields = toPlainFields(plain);
   return _mktime64(&fields);
 }
+
+std::int64_t fromUtc(std::int64_t plain) { return plain; }
 
 }  // namespace Tarn::platform

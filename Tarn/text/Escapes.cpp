@@ -11,17 +11,18 @@
 #include <string_view>
 #include <utility>
 
-#include "Tarn/text/ValueReader.h"
 #include "Tarn/text/internal/Blocks.h"
 #include "Tarn/text/internal/Characters.h"
 #include "Tarn/text/internal/EscapeText.h"
+#include "Tarn/text/internal/GiveBack.h"
 #include "Tarn/text/internal/Transcode.h"
 #include "Tarn/text/internal/Utf8.h"
+#include "Tarn/uuids/internal/HexDigits.h"
 
 namespace Tarn {
 namespace {
 
-constexpr std::size_t kNone = std::string_view::npos;
+using internal::kNone;
 
 // The bytes that escaping does not leave as they are.
 constexpr internal::ByteClass<internal::ByteRange{0x80, 0xFF}, internal::ByteRange{'\n', '\n'},
@@ -139,20 +140,9 @@ constexpr internal::ByteClass<internal::ByteRange{'0', '9'}, internal::ByteRange
                               internal::ByteRange{'a', 'f'}>
     kHexDigit;
 
-constexpr std::uint32_t kNoHexValue = 0x10000;
-
-// Of each character that is a hexadecimal digit its value.
-constexpr std::array<std::uint32_t, 256> kHexValues = [] {
-  std::array<std::uint32_t, 256> values{};
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    values[i] = internal::kHexDigitValues[i] < 16 ? internal::kHexDigitValues[i] : kNoHexValue;
-  }
-  return values;
-}();
-
 // The value of four hexadecimal digits, or more than it can be.
-std::uint32_t hexValue(const char* digits) {
-  const auto value = [digits](int at) { return kHexValues[static_cast<unsigned char>(digits[at])]; };
+std::uint32_t valueOfFour(const char* digits) {
+  const auto value = [digits](int at) { return internal::hexDigitValue(digits[at]); };
   return value(0) << 12U | value(1) << 8U | value(2) << 4U | value(3);
 }
 
@@ -178,7 +168,8 @@ char* takeEscape(const char*& at, const char* end, char* out, bool unicodeEscape
       return out + 1;
     case 'u':
       if (!unicodeEscapes) return std::copy(escape, at, out);
-      if (const std::uint32_t value = end - at >= 4 ? hexValue(at) : kNoHexValue; value < kNoHexValue) {
+      if (const std::uint32_t value = end - at >= 4 ? valueOfFour(at) : internal::kNoHexDigit;
+          value < internal::kNoHexDigit) {
         at += 4;
         return internal::putUtf8(out, value);
       }
@@ -300,6 +291,7 @@ void controlsToEsc(std::string& text, bool unicodeEscapes) {
   }
   escaped = first;
   while (escaper.left() > 0) escaped.append(escaper.next());
+  internal::giveBack(escaped);
   text = std::move(escaped);
 }
 

@@ -3,35 +3,42 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <ostream>
 
 #include "Tarn/text/internal/Characters.h"
 
 namespace Tarn {
 namespace {
 
-// Makes the text that of the format, up to its first NUL; empty if the runtime cannot format it.
-void print(std::string& text, const char* format, std::va_list arguments) {
-  std::array<char, 1000> buffer;
-  const int length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
-  text.assign(length >= 0 ? buffer.data() : "");
+using Buffer = std::array<char, 1000>;
+
+// Up to its first NUL, the buffer holds the text of the format; none if the runtime cannot format it.
+void print(Buffer& buffer, const char* format, std::va_list arguments) noexcept {
+  if (std::vsnprintf(buffer.data(), buffer.size(), format, arguments) < 0) buffer.front() = '\0';
 }
 
 }  // namespace
 
-PrintF::operator std::string() const { return text_; }
-
-void PrintF::apply(const char* format, ...) {
+PrintF::PrintF(const char* format, ...) {
+  Buffer buffer;
   std::va_list arguments;
   va_start(arguments, format);
-  print(text_, format, arguments);
+  print(buffer, format, arguments);
   va_end(arguments);
+  text_ = buffer.data();
 }
 
+PrintF::operator std::string() const { return text_; }
+
+std::ostream& operator<<(std::ostream& stream, const PrintF& text) { return stream << text.text_; }
+
 std::string PrintF::printf_apply(const char* format, ...) {
+  Buffer buffer;
   std::va_list arguments;
   va_start(arguments, format);
-  print(text_, format, arguments);
+  print(buffer, format, arguments);
   va_end(arguments);
+  text_ = buffer.data();
   return text_;
 }
 

@@ -5,7 +5,9 @@
 
 #include <concepts>
 #include <cstddef>
+#include <iosfwd>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -18,7 +20,8 @@ template <class T>
 inline constexpr bool kIsUnscopedEnum = std::is_enum_v<T>&& std::is_convertible_v<T, long long>;
 }  // namespace internal
 
-/// What printf can take: numbers, pointers and, passed as its C string, a `std::string`.
+/// What printf can take: numbers, pointers and, passed as its C string, a `std::string`. Of a `std::string_view`, pass
+/// `std::string(view)`.
 template <class T>
 concept PrintFArgument = std::is_arithmetic_v<T> || internal::kIsUnscopedEnum<T> ||
     std::is_pointer_v<std::decay_t<T>> || std::same_as<T, std::nullptr_t> || std::same_as<T, std::string>;
@@ -26,17 +29,36 @@ concept PrintFArgument = std::is_arithmetic_v<T> || internal::kIsUnscopedEnum<T>
 /// A text formatted as by printf, wherever a `std::string` is expected.
 ///
 ///     std::string name = PrintF("Scan%03d", 7);  // "Scan007"
-///     log(PrintF("%s: %.1f m", name, 12.25));
+///     log("size of " + PrintF("%s: %.1f m", name, 12.25));
+///     std::cout << PrintF("%5.2f", 2.125);
 ///
 /// The text is formatted once, in the process's locale, and cut at 999 bytes and at the first NUL. As with printf,
-/// the format must fit the arguments. A plain value: threads may each use their own.
+/// the format must fit the arguments: GCC and Clang check a literal one (`-Wformat`) where no argument is a
+/// `std::string`. Where one character cannot be converted, such as by `%ls`, the whole text is empty. A plain value:
+/// threads may each use their own.
 class PrintF {
  public:
   /// The text of the format and its arguments.
+  /// @{
+#if defined(__GNUC__)
+  __attribute__((format(printf, 2, 3)))
+#endif
+  TARN_API explicit PrintF(const char* format, ...);
   template <PrintFArgument... Arguments>
-  explicit PrintF(const char* format, const Arguments&... arguments) {
-    apply(format, pass(arguments)...);
+  requires(std::same_as<Arguments, std::string> || ...) explicit PrintF(const char* format,
+                                                                        const Arguments&... arguments) {
+    printf_apply(format, pass(arguments)...);
   }
+  template <std::same_as<std::string> Format, PrintFArgument... Arguments>
+  explicit PrintF(const Format& format, const Arguments&... arguments) {
+    printf_apply(format.c_str(), pass(arguments)...);
+  }
+  /// @}
+
+  /// What printf cannot take.
+  template <class... Arguments>
+  requires(!(PrintFArgument<Arguments> && ...)) explicit PrintF(const char* format,
+                                                                const Arguments&... arguments) = delete;
 
   /// A copy of the text.
   TARN_API operator std::string() const;
@@ -47,6 +69,15 @@ class PrintF {
     return std::move(text_);
   }
 
+  /// Insert, append or join the text as a `std::string` is.
+  /// @{
+  TARN_API friend std::ostream& operator<<(std::ostream& stream, const PrintF& text);
+  friend std::string& operator<<(std::string& buffer, const PrintF& text) { return buffer += text.text_; }
+  friend std::string operator+(std::string_view left, const PrintF& right) { return std::string(left) += right.text_; }
+  friend std::string operator+(const PrintF& left, std::string_view right) { return left.text_ + std::string(right); }
+  friend std::string operator+(const PrintF& left, const PrintF& right) { return left.text_ + right.text_; }
+  /// @}
+
  private:
   template <class T>
   static const T& pass(const T& argument) {
@@ -54,8 +85,7 @@ class PrintF {
   }
   static const char* pass(const std::string& argument) { return argument.c_str(); }
 
-  // Sets the text; the other one gives a copy of it besides.
-  TARN_API void apply(const char* format, ...);
+  // Sets the text, and gives a copy of it.
   TARN_API std::string printf_apply(const char* format, ...);
 
   std::string text_;

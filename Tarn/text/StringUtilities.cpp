@@ -11,6 +11,7 @@
 #include "Tarn/text/WideText.h"
 #include "Tarn/text/internal/Blocks.h"
 #include "Tarn/text/internal/Characters.h"
+#include "Tarn/text/internal/GiveBack.h"
 #include "Tarn/text/internal/Search.h"
 
 namespace Tarn {
@@ -18,7 +19,7 @@ namespace {
 
 using internal::isOf;
 
-constexpr std::size_t kNone = std::string_view::npos;
+using internal::kNone;
 
 // A position as the interface gives it: -1 for none, and for one that an int cannot hold.
 int toPosition(std::size_t position) { return position <= INT_MAX ? static_cast<int>(position) : -1; }
@@ -44,15 +45,19 @@ std::basic_string_view<Character> untilNul(const std::basic_string<Character>& t
 template <class Text, class Finder>
 void replaceShrinking(Text& text, const Text& from, const Text& to, Finder& finder, std::size_t hit) {
   std::size_t read = hit;
-  auto* out = text.data() + hit;
-  while (hit != Text::npos) {
-    out = std::copy(text.data() + read, text.data() + hit, out);
-    out = std::copy(to.begin(), to.end(), out);
+  std::size_t written = hit;
+  const auto keep = [&](std::size_t end) {
+    Text::traits_type::move(text.data() + written, text.data() + read, end - read);
+    written += end - read;
+  };
+  for (; hit != Text::npos; hit = finder.find(text, read)) {
+    keep(hit);
+    Text::traits_type::copy(text.data() + written, to.data(), to.size());
+    written += to.size();
     read = hit + from.size();
-    hit = finder.find(text, read);
   }
-  out = std::copy(text.data() + read, text.data() + text.size(), out);
-  text.resize(static_cast<std::size_t>(out - text.data()));
+  keep(text.size());
+  text.resize(written);
 }
 
 // Replaces into a new text.
@@ -67,6 +72,7 @@ void replaceGrowing(Text& text, const Text& from, const Text& to, Finder& finder
     hit = finder.find(text, read);
   }
   result.append(text, read);
+  internal::giveBack(result);
   text = std::move(result);
 }
 

@@ -2,6 +2,10 @@
 // cursor and value as they were.
 #include "Tarn/text/ValueReader.h"
 
+#include <cmath>
+#include <locale>
+#include <stdexcept>
+#include <streambuf>
 #include <utility>
 
 #include "Tarn/text/Escapes.h"
@@ -10,7 +14,7 @@
 namespace Tarn {
 namespace {
 
-constexpr std::size_t kNone = std::string_view::npos;
+using internal::kNone;
 constexpr std::string_view kMapSeparator = R"("=>")";
 
 // Whether the double quote at this position of a quoted text is escaped: by one backslash, not by two.
@@ -18,12 +22,82 @@ bool isEscaped(std::string_view text, std::size_t quote) {
   return quote >= 1 && text[quote - 1] == '\\' && (quote < 2 || text[quote - 2] != '\\');
 }
 
-// The position of the quote that closes a quoted text, or its size.
+// The position of the quote that closes a quoted text, or npos.
 std::size_t findClosingQuote(std::string_view text) {
   std::size_t quote = text.find('"');
   while (quote != kNone && isEscaped(text, quote)) quote = text.find('"', quote + 1);
-  return std::min(quote, text.size());
+  return quote;
 }
+
+// A narrow input stream over a text, without a copy of it, in the classic locale.
+class ViewStream : private std::streambuf, public std::istream {
+ public:
+  explicit ViewStream(std::string_view text) : std::istream(this) {
+    char* const begin = const_cast<char*>(text.data());  // A get area is never written to.
+    setg(begin, begin, begin + text.size());
+    std::istream::imbue(std::locale::classic());
+  }
+  [[nodiscard]] std::size_t consumed() const { return static_cast<std::size_t>(gptr() - eback()); }
+
+ private:
+  std::streampos seekoff(std::streamoff offset, std::ios::seekdir from, std::ios::openmode which) override {
+    const std::streamoff base = from == std::ios::beg ? 0 : (from == std::ios::cur ? gptr() : egptr()) - eback();
+    const bool isWithin = -base <= offset && offset <= egptr() - eback() - base;
+    if ((which & std::ios::in) == 0 || !isWithin) return std::streamoff{-1};
+    setg(eback(), eback() + base + offset, egptr());
+    return base + offset;
+  }
+  std::streampos seekpos(std::streampos position, std::ios::openmode which) override {
+    return seekoff(position, std::ios::beg, which);
+  }
+};
+
+const char* skipDigits(const char* at, const char* end) {
+  while (at != end && internal::isOf(*at, internal::kDigit)) ++at;
+  return at;
+}
+
+// What a stream gathers of a text for a floating-point number, a sign apart.
+struct FloatText {
+  FloatText(const char* begin, const char* end) : digits(begin), point(skipDigits(begin, end)) {
+    stop = point;
+    if (stop != end && *stop == '.') stop = skipDigits(stop + 1, end);
+    exponent = stop;
+    if (stop - begin == (point != stop ? 1 : 0) || stop == end || (*stop | 0x20) != 'e') return;
+    ++stop;
+    if (stop != end && (*stop == '+' || *stop == '-')) ++stop;
+    stop = skipDigits(stop, end);
+  }
+
+  // The exponent, or the nearest number that leaves room to calculate.
+  [[nodiscard]] std::ptrdiff_t exponentValue() const {
+    const bool hasPlus = stop - exponent > 1 && exponent[1] == '+';
+    int value = 0;
+    const bool isHuge = std::from_chars(exponent + (hasPlus ? 2 : 1), stop, value).ec == std::errc::result_out_of_range;
+    constexpr std::ptrdiff_t kHuge = std::numeric_limits<std::ptrdiff_t>::max() / 4;
+    return !isHuge ? value : exponent[1] == '-' ? -kHuge : kHuge;
+  }
+
+  // Of a number that is not 0: whether it is at least 1.
+  [[nodiscard]] bool isAtLeastOne() const {
+    const char* first = digits;
+    while (*first == '0' || *first == '.') ++first;
+    return (first < point ? point - first : point + 1 - first) + (stop != exponent ? exponentValue() : 0) > 0;
+  }
+
+  const char* digits;
+  const char* point;     // Behind the integer digits.
+  const char* exponent;  // Its letter, or the end.
+  const char* stop;
+};
+
+#if __cpp_lib_to_chars >= 201611L
+template <class T>
+inline constexpr bool kHasFromChars = !std::same_as<T, long double>;
+#else
+template <class T>
+inline constexpr bool kHasFromChars = false;
+#endif
 
 // Takes the text in front of a position, and the one character there.
 std::string_view takeUntil(std::string_view& rest, std::size_t position) {
@@ -85,31 +159,145 @@ std::optional<std::string_view> takePlainKey(std::string_view& rest) {
 
 }  // namespace
 
+void internal::throwNoValue() { throw std::out_of_range("invalid string position"); }
+
+// Where a value begins, or npos.
+std::size_t ValueReader::findValue() noexcept {
+  const std::ptrdiff_t known = std::max<std::ptrdiff_t>(noValueBefore_ - rest_.data(), 0);  // The rest may end before.
+  const std::size_t from = std::min(static_cast<std::size_t>(known), rest_.size());
+  const std::size_t first = internal::findFirstOf(rest_, internal::kAlphaNum, from);
+  noValueBefore_ = rest_.data() + std::min(first, rest_.size());
+  return first;
+}
+
 bool ValueReader::skipToValue() noexcept {
-  const std::size_t first = holdsNoValue_ ? kNone : internal::findFirstOf(rest_, internal::kAlphaNum);
-  holdsNoValue_ = first == kNone;
-  if (holdsNoValue_) return false;
+  const std::size_t first = findValue();
+  if (first == kNone) return false;
   rest_.remove_prefix(first);
   return true;
 }
+
+std::optional<std::string_view> ValueReader::takeLine() noexcept {
+  if (rest_.empty()) return std::nullopt;
+  return takeUntil(rest_, rest_.find('\n'));
+}
+
+// A number is too large for a type that holds no more than `largest`, nor any number of more than `most` digits. Then
+// so are those that begin further behind: among its leading zeros, or where more digits than that are left.
+ValueReader::NoNumbers ValueReader::tooLarge(const char* digits, const char* end, std::ptrdiff_t most,
+                                             double largest) noexcept {
+  const char* const first = std::find_if(digits, end, [](char digit) { return digit != '0'; });
+  const char* last = end - first > most ? end - most - 1 : first;
+  while (last > first && *last == '0') --last;
+  return {last + 1, largest};
+}
+
+ValueReader::Extraction ValueReader::extractByStream(void (*read)(std::istream& stream, void* value),
+                                                     void* value) const {
+  ViewStream stream(rest_);
+  read(stream, value);
+  return {stream.consumed(), stream.eof(), stream.fail()};
+}
+
+// As a stream does it: gathers all that could belong to a number, and takes it if it is one.
+template <class T>
+ValueReader::Extraction ValueReader::extractFloat(T& value) {
+  using Limits = std::numeric_limits<T>;
+  constexpr double kLargest = [] {
+    if constexpr (Limits::max_exponent10 > std::numeric_limits<double>::max_exponent10) {
+      return std::numeric_limits<double>::infinity();
+    } else {
+      return static_cast<double>(Limits::max());
+    }
+  }();
+  const bool negative = rest_.front() == '-';
+  const char* const digits = rest_.data() + (negative || rest_.front() == '+' ? 1 : 0);
+  const bool isMalformed = noFloats_.largest == 0;
+  if (digits < noFloats_.before && (isMalformed || kLargest <= noFloats_.largest)) {
+    value = isMalformed ? T{0} : negative ? Limits::lowest() : Limits::max();
+    return {0, false, true};
+  }
+  const char* const end = rest_.data() + rest_.size();
+  const FloatText text(digits, end);
+  Extraction found{static_cast<std::size_t>(text.stop - rest_.data()), text.stop == end, false};
+  if constexpr (kHasFromChars<T>) {
+    T magnitude{};
+    const auto [stop, error] = std::from_chars(digits, text.stop, magnitude);
+    if (stop != text.stop || error == std::errc::invalid_argument) {
+      value = 0;
+      found.failed = true;
+      if (!found.atEnd) noFloats_ = {text.exponent, 0};
+      return found;
+    }
+    if (error == std::errc::result_out_of_range) {  // It is beyond the largest number, or nearer to 0 than the least.
+      found.failed = text.isAtLeastOne();
+      magnitude = found.failed ? Limits::max() : T{0};
+    }
+    value = negative ? -magnitude : magnitude;
+  } else {
+    found = extractByStream(
+        [](std::istream& stream, void* to) {
+          stream.exceptions(std::ios::badbit);  // A failed allocation, about which streams keep quiet.
+          stream >> *static_cast<T*>(to);
+        },
+        &value);
+  }
+  if (found.failed && !found.atEnd && std::abs(value) == Limits::max()) {
+    const std::ptrdiff_t exponent = text.stop != text.exponent ? text.exponentValue() : 0;
+    const std::ptrdiff_t most = std::max<std::ptrdiff_t>(Limits::max_exponent10 + 1 - exponent, 0);
+    noFloats_ = tooLarge(digits, text.point, most, kLargest);
+  }
+  return found;
+}
+
+ValueReader::Extraction ValueReader::extract(float& value) { return extractFloat(value); }
+ValueReader::Extraction ValueReader::extract(double& value) { return extractFloat(value); }
+ValueReader::Extraction ValueReader::extract(long double& value) { return extractFloat(value); }
 
 // Whether a decimal integer at the front of a part of the rest is not 0, however long it is.
 bool ValueReader::isNonZeroInteger(std::string_view text) noexcept {
   if (text.starts_with('+') || text.starts_with('-')) text.remove_prefix(1);
   const char* const end = text.data() + text.size();
-  if (text.data() >= zerosEnd_) zerosEnd_ = text.data() + std::min(text.find_first_not_of('0'), text.size());
-  return zerosEnd_ != end && internal::isOf(*zerosEnd_, internal::kDigit);
+  if (text.data() >= zerosBefore_) zerosBefore_ = text.data() + std::min(text.find_first_not_of('0'), text.size());
+  return zerosBefore_ != end && internal::isOf(*zerosBefore_, internal::kDigit);
 }
 
-// A quoted string, a line, or all there is. In front of a quote, the text counts up to its first NUL.
-std::string_view ValueReader::takeString() noexcept {
-  if (!rest_.starts_with('"')) return takeUntil(rest_, rest_.find('\n'));
-  if (!holdsNoNul_) {
+// Takes a word or a character of a number. False if there is neither; what is taken then depends on why.
+bool ValueReader::takeBool(bool& value) noexcept {
+  value = false;
+  const std::size_t first = findValue();
+  if (first == kNone) {
+    rest_.remove_prefix(rest_.size());
+    return false;
+  }
+  const std::string_view text = rest_.substr(first);
+  std::size_t size = 1;
+  if (!internal::isOf(text.front(), internal::kLetter)) {
+    value = isNonZeroInteger(text);
+  } else if (internal::startsWithWord(text, "true")) {
+    value = true;
+    size = 4;
+  } else if (internal::startsWithWord(text, "false")) {
+    size = 5;
+  } else {
+    return false;
+  }
+  rest_.remove_prefix(first + size);
+  return true;
+}
+
+// A quoted string, a line, or all there is. In front of a quote, the text counts up to its first NUL. False for a
+// string whose closing quote is missing.
+bool ValueReader::takeString(std::string_view& value) noexcept {
+  const bool isQuoted = rest_.starts_with('"');
+  if (isQuoted && !holdsNoNul_) {
     rest_ = rest_.substr(0, rest_.find('\0'));
     holdsNoNul_ = true;
   }
-  rest_.remove_prefix(1);
-  return takeUntil(rest_, findClosingQuote(rest_));
+  rest_.remove_prefix(isQuoted ? 1 : 0);
+  const std::size_t end = isQuoted ? findClosingQuote(rest_) : rest_.find('\n');
+  value = takeUntil(rest_, std::min(end, rest_.size()));
+  return !isQuoted || end != kNone;
 }
 
 // Takes a key with the arrow behind it. Without a separator in the rest, an arrow alone has an empty key before it.
@@ -121,29 +309,44 @@ std::optional<std::string_view> ValueReader::takeMapKey() noexcept {
     rest_.remove_prefix(2);
     return std::string_view();
   }
-  ValueReader key(rest_.substr(0, quote + 1));
+  ValueReader keyText(rest_.substr(0, quote + 1));
   rest_.remove_prefix(quote + 3);
-  return key.takeString();
+  std::string_view key;
+  keyText.takeString(key);
+  return key;
 }
 
-// Takes one entry. False at the end of the map, which is taken too, and where no entry begins.
+// Takes one entry. False where none begins.
 bool ValueReader::takeMapEntry(std::map<std::string, std::string>& entries) {
-  const std::size_t visible = internal::findFirstOf(rest_, internal::kVisible);
-  if (visible != kNone) rest_.remove_prefix(visible);
-  if (rest_.starts_with('}')) {
-    rest_.remove_prefix(1);
-    return false;
-  }
+  std::string_view value;
   if (const auto plainKey = takePlainKey(rest_)) {
-    addEntry(entries, *plainKey, takeString());
+    takeString(value);
+    addEntry(entries, *plainKey, value);
     return true;
   }
   const std::optional<std::string_view> keyText = takeMapKey();
   if (!keyText) return false;
   std::string key(*keyText);
   escToControls(key, true);
-  addEntry(entries, std::move(key), takeString());
+  takeString(value);
+  addEntry(entries, std::move(key), value);
   return true;
+}
+
+// Takes what there is of a map. False if one of its braces is missing.
+bool ValueReader::takeMap(std::map<std::string, std::string>& map) {
+  char brace = '\0';
+  *this >> brace;
+  while (!rest_.empty()) {
+    const std::size_t visible = internal::findFirstOf(rest_, internal::kVisible);
+    if (visible != kNone) rest_.remove_prefix(visible);
+    if (rest_.starts_with('}')) {
+      rest_.remove_prefix(1);
+      return brace == '{';
+    }
+    if (!takeMapEntry(map)) return false;
+  }
+  return false;
 }
 
 ValueReader& operator>>(ValueReader& reader, char& value) {
@@ -158,28 +361,15 @@ ValueReader& operator>>(ValueReader& reader, signed char& value) { return readSm
 ValueReader& operator>>(ValueReader& reader, unsigned char& value) { return readSmallInteger(reader, value); }
 
 ValueReader& operator>>(ValueReader& reader, bool& value) {
-  value = false;
-  const std::size_t first = internal::findFirstOf(reader.rest(), internal::kAlphaNum);
-  if (first == kNone) {
-    reader.skip(reader.rest().size());
-    return reader;
-  }
-  const std::string_view text = reader.rest().substr(first);
-  if (!internal::isOf(text.front(), internal::kLetter)) {
-    value = reader.isNonZeroInteger(text);
-    reader.skip(first + 1);
-  } else if (internal::startsWithWord(text, "true")) {
-    value = true;
-    reader.skip(first + 4);
-  } else if (internal::startsWithWord(text, "false")) {
-    reader.skip(first + 5);
-  }
+  reader.takeBool(value);
   return reader;
 }
 
 ValueReader& operator>>(ValueReader& reader, std::string& value) {
   ValueReader behind = reader;
-  value.assign(behind.takeString());
+  std::string_view text;
+  behind.takeString(text);
+  value.assign(text);
   reader = behind;
   return reader;
 }
@@ -188,19 +378,60 @@ ValueReader& operator>>(ValueReader& reader, JsonValue& value) { return reader >
 
 ValueReader& operator>>(ValueReader& reader, std::map<std::string, std::string>& value) {
   ValueReader behind = reader;
-  std::map<std::string, std::string> entries;
-  char brace = '\0';
-  behind >> brace;
-  while (!behind.rest().empty() && behind.takeMapEntry(entries)) {
-  }
-  value = std::move(entries);
+  std::map<std::string, std::string> map;
+  behind.takeMap(map);
+  value = std::move(map);
   reader = behind;
   return reader;
 }
 
 ValueReader& operator>>(ValueReader& reader, uuids::uuid& value) {
-  value = parseUuid(reader.takeString()).value_or(value);
+  std::string_view text;
+  reader.takeString(text);
+  value = parseUuid(text).value_or(value);
   return reader;
+}
+
+bool takeWhole(ValueReader& reader, char& value) noexcept {
+  const bool isThere = internal::findFirstOf(reader.rest(), internal::kVisible) != kNone;
+  reader >> value;
+  return isThere;
+}
+
+namespace {
+
+template <class Character>
+bool takeSmallInteger(ValueReader& reader, Character& value) noexcept {
+  const std::optional<int> number = reader.tryRead<int>();
+  value = static_cast<Character>(number.value_or(0));
+  return number.has_value();
+}
+
+}  // namespace
+
+bool takeWhole(ValueReader& reader, signed char& value) noexcept { return takeSmallInteger(reader, value); }
+
+bool takeWhole(ValueReader& reader, unsigned char& value) noexcept { return takeSmallInteger(reader, value); }
+
+bool takeWhole(ValueReader& reader, bool& value) noexcept { return reader.takeBool(value); }
+
+bool takeWhole(ValueReader& reader, std::string& value) {
+  std::string_view text;
+  if (reader.rest().empty() || !reader.takeString(text)) return false;
+  value = text;
+  return true;
+}
+
+bool takeWhole(ValueReader& reader, JsonValue& value) { return takeWhole(reader, value.text); }
+
+bool takeWhole(ValueReader& reader, std::map<std::string, std::string>& value) { return reader.takeMap(value); }
+
+bool takeWhole(ValueReader& reader, uuids::uuid& value) noexcept {
+  std::string_view text;
+  reader.takeString(text);
+  const std::optional<uuids::uuid> id = parseUuid(text);
+  value = id.value_or(value);
+  return id.has_value();
 }
 
 std::istream& operator>>(std::istream& stream, std::optional<std::string>& word) {

@@ -1,5 +1,14 @@
 #include "Tarn/text/ValueText.h"
 
+#include <array>
+#include <charconv>
+#include <locale>
+#include <new>
+#include <ostream>
+#include <stdexcept>
+#include <streambuf>
+#include <utility>
+
 #include "Tarn/text/internal/EscapeText.h"
 
 namespace Tarn {
@@ -25,15 +34,104 @@ void appendEntry(std::string& buffer, const StringMap::value_type& entry) {
   }
 }
 
-// A value that is the buffer itself is read on the side.
-std::string& takeString(std::string& buffer, std::string& value) {
-  if (&value != &buffer) return internal::takeFromFront(buffer, value);
-  std::string taken;
+// The value is the buffer itself, or may own it: it is read on the side.
+template <class T>
+std::string& takeAside(std::string& buffer, T& value) {
+  T taken;
   internal::takeFromFront(buffer, taken);
-  return value = std::move(taken);
+  value.swap(taken);
+  return buffer;
+}
+
+std::string& takeString(std::string& buffer, std::string& value) {
+  return &value == &buffer ? takeAside(buffer, value) : internal::takeFromFront(buffer, value);
+}
+
+// An output stream that appends to a text, in the classic locale. Streams keep quiet about a failed allocation, and
+// about one that a type's own operator has told by a flag; so it is remembered where it happens.
+class AppendStream : private std::streambuf, public std::ostream {
+ public:
+  AppendStream() : std::ostream(this) { std::ostream::imbue(std::locale::classic()); }
+
+  [[nodiscard]] const std::string& text() const {
+    if (isOutOfMemory_) throw std::bad_alloc();
+    return text_;
+  }
+
+ private:
+  std::streamsize xsputn(const char* characters, std::streamsize count) override {
+    try {
+      text_.append(characters, static_cast<std::size_t>(count));
+      return count;
+    } catch (const std::bad_alloc&) {
+      isOutOfMemory_ = true;
+      return 0;
+    }
+  }
+  int overflow(int character) override {
+    using Traits = std::char_traits<char>;
+    const char appended = Traits::to_char_type(character);
+    const bool isDone = character == Traits::eof() || xsputn(&appended, 1) == 1;
+    return isDone ? Traits::not_eof(character) : Traits::eof();
+  }
+
+  std::string text_;
+  bool isOutOfMemory_ = false;
+};
+
+// Holds the digits of every number and a sign, point and exponent.
+using NumberText = std::array<char, 64>;
+
+template <class T, class... Format>
+void appendFloat(std::string& buffer, T number, Format... format) {
+  NumberText text;
+  buffer.append(text.data(), std::to_chars(text.data(), text.data() + text.size(), number, format...).ptr);
 }
 
 }  // namespace
+
+void internal::appendByStream(std::string& buffer, void (*insert)(std::ostream& stream, const void* value),
+                              const void* value) {
+  AppendStream stream;
+  insert(stream, value);
+  buffer += stream.text();
+}
+
+void internal::appendNumber(std::string& buffer, double number) {
+  appendFloat(buffer, number, std::chars_format::general, 6);
+}
+
+void internal::appendNumber(std::string& buffer, long double number) {
+  appendFloat(buffer, number, std::chars_format::general, 6);
+}
+
+std::string& operator<<(std::string& buffer, const Exact<float>& number) {
+  appendFloat(buffer, number.value);
+  return buffer;
+}
+
+std::string& operator<<(std::string& buffer, const Exact<double>& number) {
+  appendFloat(buffer, number.value);
+  return buffer;
+}
+
+std::string& operator<<(std::string& buffer, const Exact<long double>& number) {
+  appendFloat(buffer, number.value);
+  return buffer;
+}
+
+bool comesBack(const StringMap& map) {
+  std::string text;
+  try {
+    text << map;
+  } catch (const std::invalid_argument&) {
+    return false;
+  }
+  StringMap back;
+  ValueReader reader(text);
+  reader >> back;
+  return back == map && reader.rest() == " ";
+}
 
 template <>
 std::string& operator<<(std::string& buffer, const char& value) {
@@ -105,7 +203,7 @@ std::string& operator>>(std::string& buffer, JsonValue& value) {
 
 template <>
 std::string& operator>>(std::string& buffer, StringMap& value) {
-  return internal::takeFromFront(buffer, value);
+  return takeAside(buffer, value);
 }
 
 template <>

@@ -7,17 +7,10 @@
 #ifndef TARN_TEXT_VALUETEXT_H_
 #define TARN_TEXT_VALUETEXT_H_
 
-#include <array>
-#include <charconv>
 #include <concepts>
-#include <cstddef>
-#include <locale>
 #include <map>
-#include <ostream>
-#include <sstream>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "Tarn/Export.h"
 #include "Tarn/text/ValueReader.h"
@@ -28,12 +21,6 @@ namespace Tarn {
 
 /// The map type of the codec.
 using StringMap = std::map<std::string, std::string>;
-
-/// What an `std::ostream` can insert.
-template <class T>
-concept StreamInsertable = requires(std::ostream& stream, const T& value) {
-  stream << value;
-};
 
 /// Appends a value to the buffer, with no separator, quote or escape of its own.
 ///
@@ -105,75 +92,31 @@ template <>
 TARN_API std::string& operator>>(std::string& buffer, uuids::uuid& value);
 /// @}
 
-// Implementation of the templates.
-
-namespace internal {
-
-// The text that a default-formatted stream in the classic locale makes of a value.
-template <class T>
-std::string streamedText(const T& value) {
-  static_assert(StreamInsertable<T>, "a value is written by its operator<< on std::ostream, and this type has none");
-  std::ostringstream stream;
-  stream.imbue(std::locale::classic());
-  stream.exceptions(std::ios::badbit);  // So that a failed allocation is thrown: streams keep quiet about it.
-  stream << value;
-  return std::move(stream).str();
-}
-
-// Appends digits by `std::to_chars`, which writes the same as a stream in the classic locale and does not need one.
-template <class T, class... Format>
-void appendNumber(std::string& buffer, T value, Format... format) {
-  std::array<char, 32> text;  // Holds 20 digits and a sign, and 6 digits with sign, point and exponent.
-  const auto result = std::to_chars(text.data(), text.data() + text.size(), value, format...);
-  buffer.append(text.data(), result.ptr);
-}
-
-// Runs a reader over the buffer's text, then removes what it took, also when it throws.
-class FrontEraser {
- public:
-  explicit FrontEraser(std::string& buffer) noexcept : buffer_(buffer), reader_(std::string_view(buffer)) {}
-  FrontEraser(const FrontEraser&) = delete;
-  FrontEraser& operator=(const FrontEraser&) = delete;
-  ~FrontEraser() {
-    const std::string_view rest = reader_.rest();
-    const auto taken = static_cast<std::size_t>(rest.data() - buffer_.data());
-    const std::size_t end = taken + rest.size();
-    if (end != buffer_.size()) buffer_.resize(end);  // Never grows: the rest is part of the buffer.
-    buffer_.erase(0, taken);
-  }
-  [[nodiscard]] ValueReader& reader() noexcept { return reader_; }
-
- private:
-  std::string& buffer_;
-  ValueReader reader_;
+/// A floating-point number in the fewest digits that read back as the same number: `buffer << exact(0.1)`.
+template <std::floating_point T>
+struct Exact {
+  T value;  ///< Infinite ones and NaN are written, but not read.
 };
 
-template <class T>
-std::string& takeFromFront(std::string& buffer, T& value) {
-  FrontEraser front(buffer);
-  front.reader() >> value;
-  return buffer;
+/// @name Exact numbers
+/// The default form keeps six digits. This one keeps what was measured; both are read by the same rule.
+/// @{
+template <std::floating_point T>
+[[nodiscard]] constexpr Exact<T> exact(T value) noexcept {
+  return {value};
 }
+TARN_API std::string& operator<<(std::string& buffer, const Exact<float>& number);
+TARN_API std::string& operator<<(std::string& buffer, const Exact<double>& number);
+TARN_API std::string& operator<<(std::string& buffer, const Exact<long double>& number);
+/// @}
 
-}  // namespace internal
-
-template <class T>
-std::string& operator<<(std::string& buffer, const T& value) {
-  if constexpr (DecimalInteger<T>) {
-    internal::appendNumber(buffer, value);
-  } else if constexpr (std::floating_point<T>) {
-    internal::appendNumber(buffer, value, std::chars_format::general, 6);
-  } else {
-    buffer += internal::streamedText(value);
-  }
-  return buffer;
-}
-
-template <class T>
-std::string& operator>>(std::string& buffer, T& value) {
-  return internal::takeFromFront(buffer, value);
-}
+/// Whether the map, written to a buffer, is read back as it is. It is not where a key or value is no UTF-8 in its
+/// shortest form, or holds a character above U+FFFF, a NUL, or a backslash before a double quote; or where a key ends
+/// in `"=>` or is `=>`.
+[[nodiscard]] TARN_API bool comesBack(const StringMap& map);
 
 }  // namespace Tarn
+
+#include "Tarn/text/internal/Writing.h"
 
 #endif  // TARN_TEXT_VALUETEXT_H_

@@ -8,6 +8,7 @@
 #include <type_traits>
 
 #include "Tarn/text/internal/Characters.h"
+#include "Tarn/text/internal/GiveBack.h"
 #include "Tarn/text/internal/Transcode.h"
 #include "Tarn/text/internal/Utf8.h"
 
@@ -63,6 +64,7 @@ std::wstring wide(const std::string& text) {
   const internal::PaddedEnd last(done.at, end);  // Bytes missing at the end count as zero.
   done = decode({last.begin(), done.out}, last.end());
   take();
+  internal::giveBack(result);
   return result;
 }
 

@@ -3,10 +3,14 @@
 #ifndef TARN_TIME_TIME_H_
 #define TARN_TIME_TIME_H_
 
+#include <chrono>
+#include <compare>
 #include <concepts>
 #include <ctime>
 #include <iosfwd>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "Tarn/Export.h"
 
@@ -24,7 +28,8 @@ concept OtherInteger = std::integral<T> && !std::same_as<T, bool> && !std::same_
 /// `isTimeOut`, which changes of the system clock do not disturb.
 ///
 /// Calendar fields and texts cover 1970-01-01 to 3000-12-31 23:59:59 UTC, on every platform. Outside, and for NaN and
-/// infinite times, getters give 0 and texts show zeros. Time zone and daylight saving time are the process's.
+/// infinite times, getters give 0 and texts show zeros. Time zone and daylight saving time are the process's; a change
+/// of its environment is seen after `tzset()`.
 ///
 ///     Time start = Time::now();
 ///     Time scan;
@@ -38,6 +43,12 @@ class Time {
  public:
   /// The epoch, 1970-01-01 00:00:00 UTC.
   TARN_API Time();
+
+  /// The same instant, as exactly as a `double` of seconds can hold it: to a fourth of a microsecond today.
+  TARN_API explicit Time(std::chrono::system_clock::time_point time);
+
+  /// The clock's reading nearest to this time, its first or last where it does not reach so far; the epoch for NaN.
+  [[nodiscard]] TARN_API std::chrono::system_clock::time_point toTimePoint() const;
 
   /// The current time.
   [[nodiscard]] TARN_API static Time now();
@@ -57,9 +68,9 @@ class Time {
   /// Sets local calendar time. Fields outside their ranges carry over: month 13 is January of the next year, and the
   /// milliseconds may be any number.
   ///
-  /// Before 1970-01-01 13:00, on 3000-12-31, later, or where the conversion falls outside the calendar range, the
-  /// result is the epoch plus the milliseconds. Of an hour that occurs twice one is taken, and an hour that is missing
-  /// becomes a neighbouring one; which one is the platform's choice.
+  /// Before 1970-01-01 13:00, on 3000-12-31 or later, as the fields say before they carry, and where the conversion
+  /// falls outside the calendar range, the result is the epoch plus the milliseconds. Of an hour that occurs twice one
+  /// is taken, and an hour that is missing becomes a neighbouring one; which one is the platform's choice.
   TARN_API void setTime(int year, int month, int day, int hour, int minute, int second, int millisecond);
 
   /// Sets the current time and returns it as `getLastTime` does.
@@ -85,6 +96,13 @@ class Time {
 
   /// All local calendar fields at once; all zero outside the calendar range.
   [[nodiscard]] TARN_API std::tm getTimeStruct() const;
+
+  /// Compare the instants, seconds with their fraction; NaN is unordered. Other than `compare`, they tell times apart
+  /// that show the same fields.
+  /// @{
+  friend bool operator==(const Time& a, const Time& b) noexcept { return a.absTime == b.absTime; }
+  friend std::partial_ordering operator<=>(const Time& a, const Time& b) noexcept { return a.absTime <=> b.absTime; }
+  /// @}
 
   /// Compares the local calendar fields, year to millisecond. Times less than a millisecond apart may be equal, and so
   /// are times an hour apart in the hour that occurs twice.
@@ -121,6 +139,9 @@ class Time {
   [[nodiscard]] TARN_API static Time fromIsoTimeStrIgnoringTimeZone(const std::string& text);
 
  private:
+  // For `ValueReader::tryRead`.
+  TARN_API friend bool takeWhole(ValueReader& reader, Time& time);
+
   Time(double absolute, double monotonic) : absTime(absolute), monotonicTime(monotonic) {}
 
   TARN_API void saveCurrentTime();
@@ -134,8 +155,11 @@ class Time {
 
 /// @name Text that can be read back
 /// The local time as `5.3.2024 14:7:9:42`: day, month, year, hour, minute, second and millisecond. Reading does not
-/// check the separators, only that there is a character where one belongs; numbers that are missing at the end count
-/// as 0, and the seven go to `setTime`. `Time` can be read from a `ValueReader`, too.
+/// check the separators, only that there is a character where one belongs; numbers that are missing at the end, and
+/// those that no `int` holds, count as 0, and the seven go to `setTime`. `Time` can be read from a `ValueReader`, too.
+///
+/// The two stream operators follow the stream's own formatting: with a locale that groups digits, `std::hex` or a width
+/// they write another text, which may not read back. The buffer operators write the same bytes everywhere.
 ///
 /// Appending to a buffer leaves it as it was if allocation throws. Reading from one, something that is no number where
 /// one belongs throws `std::out_of_range` with "invalid string position": the time is unchanged then, and the buffer
@@ -148,6 +172,24 @@ TARN_API std::istream& operator>>(std::istream& stream, Time& time);
 TARN_API std::string& operator<<(std::string& buffer, const Time& time);
 TARN_API std::string& operator>>(std::string& buffer, Time& time);
 TARN_API ValueReader& operator>>(ValueReader& reader, Time& time);
+/// @}
+
+/// @name ISO 8601
+/// @{
+
+/// The local time to the millisecond with its offset from UTC: `2024-03-05T14:07:09.042+01:00`, `Z` at UTC (RFC 3339).
+/// `parseTime` reads it back, in any zone. In a zone of odd seconds, which the form cannot express, the clock of the
+/// next offset of whole minutes toward UTC. Outside the calendar range all digits are zero.
+[[nodiscard]] TARN_API std::string isoText(const Time& time);
+
+/// The time that a text is, or nothing for any other text.
+///
+///     2024-03-05T14:07:09Z   2024-03-05 14:07:09.042+01:00   2024-03-05t14:07:09.1234567
+///
+/// Date, `T`, `t` or a space, and time of day; then a fraction of a second of any length, and an offset from UTC, or
+/// neither. Without an offset it is local time, as `setTime` takes it, of 1970 to 3000. Fields have to be in their
+/// ranges, February 29 in leap years only. A leap second, 23:59:60 UTC, counts as the second behind it.
+[[nodiscard]] TARN_API std::optional<Time> parseTime(std::string_view text);
 /// @}
 
 }  // namespace Tarn

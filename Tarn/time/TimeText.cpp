@@ -1,6 +1,5 @@
-// Layouts of digits are written here, which is faster than the runtime and the same on every platform: the text is made
-// of the layout, and then each number put in its place. Only the two with words, which depend on the locale, are the
-// runtime's.
+// Layouts of digits are written here, which is faster than the runtime and the same on every platform. Only the two
+// with words, which depend on the locale, are the runtime's.
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -10,6 +9,7 @@
 #include <istream>
 #include <optional>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -23,25 +23,6 @@ namespace {
 
 using internal::CalendarFields;
 
-// A text in which each "00" is the place of a number below 100.
-template <std::size_t kSize>
-struct Layout {
-  consteval Layout(const char (&characters)[kSize]) : text(std::to_array(characters)) {}
-
-  template <std::size_t kCount>
-  [[nodiscard]] consteval std::array<std::size_t, kCount> places() const {
-    std::array<std::size_t, kCount> found{};
-    std::size_t count = 0;
-    for (std::size_t i = 0; i + 1 < kSize; ++i) {
-      if (text[i] == '0' && text[i + 1] == '0') found.at(count++) = i++;
-    }
-    if (count != kCount) throw "a layout takes as many numbers as it has places";
-    return found;
-  }
-
-  std::array<char, kSize> text;
-};
-
 // The two digits of every number below 100: "000102" and so on.
 constexpr std::array<char, 200> kPairs = [] {
   std::array<char, 200> pairs{};
@@ -52,51 +33,58 @@ constexpr std::array<char, 200> kPairs = [] {
   return pairs;
 }();
 
-void putPair(char* out, int number) { std::memcpy(out, kPairs.data() + 2 * static_cast<std::size_t>(number), 2); }
+// A text of up to 40 characters that is written from left to right.
+class Row {
+ public:
+  Row& put(char character) {
+    *end_++ = character;
+    return *this;
+  }
+  Row& put(std::string_view text) {
+    end_ = std::copy(text.begin(), text.end(), end_);
+    return *this;
+  }
+  // Two digits of a number below 100, three of one below 1000, four of one below 10000.
+  Row& putPair(int number) {
+    std::memcpy(end_, kPairs.data() + 2 * static_cast<std::size_t>(number), 2);
+    end_ += 2;
+    return *this;
+  }
+  Row& putThree(int number) { return put(static_cast<char>('0' + number / 100)).putPair(number % 100); }
+  Row& putYear(int number) { return putPair(number / 100).putPair(number % 100); }
+  // As few digits as there are, and a minus.
+  Row& putNumber(int number) {
+    if (0 <= number && number < 10) return put(static_cast<char>('0' + number));
+    if (0 <= number && number < 100) return putPair(number);
+    end_ = std::to_chars(end_, text_.data() + text_.size(), number).ptr;
+    return *this;
+  }
+  Row& putDate(const CalendarFields& fields) {
+    return putYear(fields.year).put('-').putPair(fields.month).put('-').putPair(fields.day);
+  }
+  Row& putClock(const CalendarFields& fields) {
+    return putPair(fields.hour).put(':').putPair(fields.minute).put(':').putPair(fields.second);
+  }
+  // "+01:00" for what is ahead of UTC; "Z" for no minute.
+  Row& putOffset(int seconds) {
+    const int minutes = std::abs(seconds) / 60;
+    if (seconds >= 0 && minutes == 0) return put('Z');
+    return put(seconds < 0 ? '-' : '+').putPair(minutes / 60).put(':').putPair(minutes % 60);
+  }
+  [[nodiscard]] std::string_view view() const { return {text_.data(), static_cast<std::size_t>(end_ - text_.data())}; }
+  [[nodiscard]] std::string text() const { return std::string(view()); }
 
-// The layout with these numbers in its places, in turn. The places are known to the compiler.
-template <Layout layout, class... Numbers>
-std::string inLayout(Numbers... numbers) {
-  constexpr auto kPlaces = layout.template places<sizeof...(Numbers)>();
-  std::string text(layout.text.data(), layout.text.size() - 1);
-  const std::size_t* place = kPlaces.data();
-  char* const out = text.data();
-  (putPair(out + *place++, numbers), ...);
-  return text;
-}
-
-// "2024-03-05 14:07:09" in the punctuation of the layout.
-template <Layout layout>
-std::string inIsoOrder(const CalendarFields& fields) {
-  return inLayout<layout>(fields.year / 100, fields.year % 100, fields.month, fields.day, fields.hour, fields.minute,
-                          fields.second);
-}
+ private:
+  std::array<char, 40> text_;
+  char* end_ = text_.data();
+};
 
 // A layout with words. Without calendar fields there is nothing to say.
 std::string inRuntimeLayout(double time, const char* layout) {
-  const std::optional<std::tm> fields = internal::toLocalTime(time);
+  const std::optional<std::tm> fields = internal::runtimeFields(time);
   if (!fields) return {};
   std::array<char, 1024> text;
   return {text.data(), std::strftime(text.data(), text.size(), layout, &*fields)};
-}
-
-// What a clock of these fields is ahead of UTC at a time in whole seconds: `secondsOf(local) - seconds`. The two dates
-// are less than half a week apart, so their weekdays tell by how much, and the date need not be converted back. The
-// runtimes disagree on "%z": some give a name.
-int offsetOf(const CalendarFields& local, std::int64_t seconds) {
-  const auto weekday = static_cast<int>((seconds / 86400 + 4) % 7);  // 1970-01-01 was a Thursday.
-  const int days = (local.weekday - weekday + 10) % 7 - 3;
-  return ((days * 24 + local.hour) * 60 + local.minute) * 60 + local.second - static_cast<int>(seconds % 86400);
-}
-
-// A number below 100, without a zero in front. Gives the end of what was written.
-char* putPlain(char* out, int number) {
-  if (number >= 10) {
-    putPair(out, number);
-    return out + 2;
-  }
-  *out = static_cast<char>('0' + number);
-  return out + 1;
 }
 
 }  // namespace
@@ -105,55 +93,68 @@ std::string Time::getTimeStr() const { return inRuntimeLayout(absTime, "%c"); }
 
 std::string Time::getTimeStr2() const {
   const CalendarFields local = internal::localFields(absTime);
-  return inLayout<"00.00.0000 at 00:00:00">(local.day, local.month, local.year / 100, local.year % 100, local.hour,
-                                            local.minute, local.second);
+  Row row;
+  row.putPair(local.day).put('.').putPair(local.month).put('.').putYear(local.year);
+  return row.put(" at ").putClock(local).text();
 }
 
 std::string Time::getTimeStr3() const { return inRuntimeLayout(absTime, "%A, %B %d, %Y at %H:%M:%S"); }
 
 std::string Time::getTimeStr4() const {
-  const auto [seconds, milliseconds] = internal::partsOf(absTime);
-  const CalendarFields local = internal::localFieldsAt(seconds);
-  std::string text = inLayout<"00:00:00:000">(local.hour, local.minute, local.second, std::max(milliseconds, 0) / 10);
-  if (milliseconds >= 0) {
-    text.back() = static_cast<char>('0' + milliseconds % 10);
-  } else {
-    text.replace(text.size() - 1, 1, std::to_string(milliseconds));  // Before the epoch: behind two zeros.
-  }
-  return text;
+  const auto [seconds, millisecond] = internal::partsOf(absTime);
+  Row row;
+  row.putClock(internal::localTimeAt(seconds).fields).put(':');
+  if (millisecond >= 0) return row.putThree(millisecond).text();
+  return row.put("00").putNumber(millisecond).text();  // Before the epoch.
 }
 
 std::string Time::getTimeStr5() const {
   const CalendarFields local = internal::localFields(absTime);
-  if (local.year == 0) return "00.00.0";
-  return inLayout<"00.00.0000">(local.day, local.month, local.year / 100, local.year % 100);
+  Row row;
+  return row.putPair(local.day).put('.').putPair(local.month).put('.').putNumber(local.year).text();
 }
 
 std::string Time::getTimeStr6() const {
   const CalendarFields local = internal::localFields(absTime);
-  return inLayout<"000000">(local.year % 100, local.month, local.day);
+  Row row;
+  return row.putPair(local.year % 100).putPair(local.month).putPair(local.day).text();
 }
 
 std::string Time::getTimeStr7() const {
   const CalendarFields local = internal::localFields(absTime);
-  return inLayout<"000000_000000">(local.year % 100, local.month, local.day, local.hour, local.minute, local.second);
+  Row row;
+  row.putPair(local.year % 100).putPair(local.month).putPair(local.day).put('_');
+  return row.putPair(local.hour).putPair(local.minute).putPair(local.second).text();
 }
 
-std::string Time::getTimeStr8() const { return inIsoOrder<"0000-00-00 00:00:00">(internal::localFields(absTime)); }
+std::string Time::getTimeStr8() const {
+  const CalendarFields local = internal::localFields(absTime);
+  Row row;
+  return row.putDate(local).put(' ').putClock(local).text();
+}
 
-std::string Time::getTimeStr9() const { return inIsoOrder<"0000-00-00T00:00:00Z">(internal::utcFields(absTime)); }
+std::string Time::getTimeStr9() const {
+  const CalendarFields utc = internal::utcFieldsAt(internal::calendarSeconds(absTime));
+  Row row;
+  return row.putDate(utc).put('T').putClock(utc).put('Z').text();
+}
 
 std::string Time::getIsoTimeStr() const {
-  const std::int64_t seconds = internal::calendarSeconds(absTime);
-  const CalendarFields local = internal::localFieldsAt(seconds);
-  const int offset = local.year != 0 ? offsetOf(local, seconds) : 0;
-  const int minutes = std::abs(offset) / 60;
-  if (offset >= 0 && minutes == 0) return inIsoOrder<"0000-00-00T00:00:00Z">(local);
-  std::string text =
-      inLayout<"0000-00-00T00:00:00+00:00">(local.year / 100, local.year % 100, local.month, local.day, local.hour,
-                                            local.minute, local.second, minutes / 60, minutes % 60);
-  if (offset < 0) text[19] = '-';
-  return text;
+  const auto [local, offset] = internal::localTimeAt(internal::calendarSeconds(absTime));
+  Row row;
+  return row.putDate(local).put('T').putClock(local).putOffset(offset).text();
+}
+
+std::string isoText(const Time& time) {
+  const auto [seconds, millisecond] = internal::partsOf(time.getLastTime());
+  auto [fields, offset] = internal::localTimeAt(seconds);
+  if (const int oddSeconds = offset % 60; oddSeconds != 0) {
+    fields = internal::plainFields(internal::plainSeconds(fields) - oddSeconds);
+    offset -= oddSeconds;
+  }
+  Row row;
+  row.putDate(fields).put('T').putClock(fields).put('.').putThree(seconds >= 0 ? millisecond : 0);
+  return row.putOffset(offset).text();
 }
 
 std::ostream& operator<<(std::ostream& stream, const Time& time) {
@@ -163,62 +164,110 @@ std::ostream& operator<<(std::ostream& stream, const Time& time) {
 }
 
 std::string& operator<<(std::string& buffer, const Time& time) {
-  const auto [seconds, milliseconds] = internal::partsOf(time.getLastTime());
-  const CalendarFields fields = internal::localFieldsAt(seconds);
-  std::array<char, 32> text;  // Holds eight numbers of two digits, six separators, and milliseconds down to -1000.
-  char* out = putPlain(text.data(), fields.day);
-  *out++ = '.';
-  out = putPlain(out, fields.month);
-  *out++ = '.';
-  out = std::to_chars(out, text.end(), fields.year).ptr;
-  *out++ = ' ';
-  for (const int number : {fields.hour, fields.minute, fields.second}) {
-    out = putPlain(out, number);
-    *out++ = ':';
-  }
-  out = std::to_chars(out, text.end(), milliseconds).ptr;
-  return buffer.append(text.data(), out);
+  const auto [seconds, millisecond] = internal::partsOf(time.getLastTime());
+  const CalendarFields local = internal::localTimeAt(seconds).fields;
+  Row row;
+  row.putNumber(local.day).put('.').putNumber(local.month).put('.').putNumber(local.year).put(' ');
+  for (const int number : {local.hour, local.minute, local.second}) row.putNumber(number).put(':');
+  return buffer.append(row.putNumber(millisecond).view());
 }
 
 namespace {
 
-// A stream puts the nearest `int` in the place of a number that none can hold; to a time it is no number, as any other
-// text that is none.
-void takeNumber(std::istream& stream, int& number) {
-  if (!(stream >> number)) number = 0;
+// The numbers of a time that is read.
+struct Numbers {
+  int day = 0, month = 0, year = 0, hour = 0, minute = 0, second = 0, millisecond = 0;
+
+  [[nodiscard]] Time time() const {
+    Time result;
+    result.setTime(year, month, day, hour, minute, second, millisecond);
+    return result;
+  }
+};
+
+// What could not be read contributes 0, also where the nearest `int` was put in its place. False if it could not.
+bool takeNumber(std::istream& stream, int& number) {
+  if (stream >> number) return true;
+  number = 0;
+  return false;
 }
 
-void takeNumber(ValueReader& reader, int& number) { reader >> number; }
+bool takeNumber(ValueReader& reader, int& number) {
+  const std::optional<int> whole = reader.tryRead<int>();
+  number = whole.value_or(0);
+  if (whole) return true;
+  int ignored = 0;
+  reader >> ignored;
+  return false;
+}
 
-// The twelve reads, of a stream or of a text: numbers that are not there stay 0, separators may be any character.
+// The twelve reads, of a stream or of a text: numbers that are not there stay 0, separators may be any character. False
+// if a number was not there.
 template <class Source>
-void readTime(Source& source, Time& time) {
-  CalendarFields fields;
-  int milliseconds = 0;
+bool takeNumbers(Source& source, Numbers& numbers) {
   char separator = '\0';
-  takeNumber(source, fields.day);
-  for (int* const number : {&fields.month, &fields.year}) {
+  bool areThere = takeNumber(source, numbers.day);
+  for (int* const number : {&numbers.month, &numbers.year}) {
     source >> separator;
-    takeNumber(source, *number);
+    areThere &= takeNumber(source, *number);
   }
-  takeNumber(source, fields.hour);
-  for (int* const number : {&fields.minute, &fields.second, &milliseconds}) {
+  areThere &= takeNumber(source, numbers.hour);
+  for (int* const number : {&numbers.minute, &numbers.second, &numbers.millisecond}) {
     source >> separator;
-    takeNumber(source, *number);
+    areThere &= takeNumber(source, *number);
   }
-  time.setTime(fields.year, fields.month, fields.day, fields.hour, fields.minute, fields.second, milliseconds);
+  return areThere;
+}
+
+// Takes the numbers of a text in exactly the written form. False, and nothing is taken, from any other.
+bool takeWritten(ValueReader& reader, Numbers& numbers) {
+  constexpr std::size_t kMostDigits = 9;  // Each number that has so many fits into an `int`.
+  const std::string_view text = reader.rest();
+  std::size_t at = 0;
+  const auto take = [text, &at](int& number, char behind) {
+    const std::size_t begin = at;
+    for (number = 0; at < text.size() && '0' <= text[at] && text[at] <= '9' && at - begin < kMostDigits; ++at) {
+      number = number * 10 + (text[at] - '0');
+    }
+    if (at == begin) return false;
+    if (behind == '\0') return at == text.size() || text[at] < '0' || text[at] > '9';
+    return at < text.size() && text[at++] == behind;
+  };
+  const bool isWritten = take(numbers.day, '.') && take(numbers.month, '.') && take(numbers.year, ' ') &&
+                         take(numbers.hour, ':') && take(numbers.minute, ':') && take(numbers.second, ':') &&
+                         take(numbers.millisecond, '\0');
+  if (isWritten) reader.skip(at);
+  return isWritten;
 }
 
 }  // namespace
 
 std::istream& operator>>(std::istream& stream, Time& time) {
-  readTime(stream, time);
+  Numbers numbers;
+  takeNumbers(stream, numbers);
+  time = numbers.time();
   return stream;
 }
 
 ValueReader& operator>>(ValueReader& reader, Time& time) {
-  readTime(reader, time);
+  Numbers numbers;
+  if (!takeWritten(reader, numbers)) {
+    numbers = {};
+    takeNumbers(reader, numbers);
+  }
+  time = numbers.time();
   return reader;
+}
+
+bool takeWhole(ValueReader& reader, Time& time) {
+  Numbers numbers;
+  try {
+    if (!takeWritten(reader, numbers) && !takeNumbers(reader, numbers)) return false;
+  } catch (const std::out_of_range&) {
+    return false;
+  }
+  time = numbers.time();
+  return true;
 }
 
 std::string& operator>>(std::string& buffer, Time& time) { return internal::takeFromFront(buffer, time); }

@@ -3,6 +3,7 @@
 
 #include <ostream>
 #include <string_view>
+#include <type_traits>
 
 #include "Tarn/platform/Platform.h"
 #include "Tarn/uuids/internal/SeededHash.h"
@@ -24,7 +25,16 @@ constexpr bool hyphenFollows(std::size_t byte) { return byte == 3 || byte == 5 |
 
 }  // namespace
 
-uuid uuid::generate() { return uuid(platform::newUuid()); }
+uuid uuid::generate() {
+  uuid id;
+  generate(std::span(&id, 1));
+  return id;
+}
+
+void uuid::generate(std::span<uuid> ids) {
+  static_assert(sizeof(uuid) == 16 && std::is_trivially_copyable_v<uuid>);
+  platform::putNewUuids(std::as_writable_bytes(ids));
+}
 
 std::string uuid::string() const {
   std::string text(36, '-');

@@ -3,17 +3,14 @@
 #ifndef TARN_UUIDS_UUID_H_
 #define TARN_UUIDS_UUID_H_
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <iosfwd>
 #include <span>
 #include <string>
-#include <type_traits>
 #include <utility>
 
 #include "Tarn/Export.h"
@@ -61,6 +58,10 @@ class uuid {
   constexpr explicit uuid(std::span<unsigned char, 16> bytes) noexcept {
     for (std::size_t i = 0; i < data.size(); ++i) data[i] = bytes[i];
   }
+  constexpr explicit uuid(std::span<const std::byte, 16> bytes) noexcept {
+    for (std::size_t i = 0; i < data.size(); ++i) data[i] = static_cast<unsigned char>(bytes[i]);
+  }
+  constexpr explicit uuid(const std::array<std::byte, 16>& bytes) noexcept : uuid(std::span(bytes)) {}
   /// @}
 
   /// A new uuid from the operating system: the platform's own generator where there is one, otherwise random bytes
@@ -68,6 +69,10 @@ class uuid {
   /// Throws `std::system_error` where the system has no random bytes to give; a platform's own generator is not asked
   /// whether it failed.
   [[nodiscard]] TARN_API static uuid generate();
+
+  /// The same for each uuid of a span, by one request for random bytes for up to two million of them; where the
+  /// platform has a generator of its own, by a call for each. If it throws, what the span holds is unspecified.
+  TARN_API static void generate(std::span<uuid> ids);
 
   /// The 16 bytes, without a copy; valid while the uuid lives.
   [[nodiscard]] std::span<const std::byte, 16> as_bytes() const noexcept { return std::as_bytes(std::span(data)); }
@@ -91,7 +96,7 @@ class uuid {
 
   /// Decoded from byte 8.
   [[nodiscard]] constexpr uuid_variant variant() const noexcept {
-    return static_cast<uuid_variant>(std::min(std::countl_one(data[8]), 3));
+    return static_cast<uuid_variant>(std::countl_one(static_cast<unsigned char>(data[8] & 0xE0U)));
   }
 
   /// Decoded from byte 6, whatever the variant.
@@ -110,13 +115,6 @@ class uuid {
     return highA != highB ? highA <=> highB : a.bigEndianHalf(8) <=> b.bigEndianHalf(8);
   }
   /// @}
-
-  // `(a <=> b) < 0`, which sorted containers ask for all the time, without the detour over three outcomes.
-  friend constexpr bool operator<(const uuid& a, const uuid& b) noexcept {
-    const std::uint64_t highA = a.bigEndianHalf(0);
-    const std::uint64_t highB = b.bigEndianHalf(0);
-    return highA != highB ? highA < highB : a.bigEndianHalf(8) < b.bigEndianHalf(8);
-  }
 
  private:
   // Eight bytes as one number, whose order is that of the bytes. Compilers make one load and a byte swap of it.

@@ -9,6 +9,7 @@
 //     *PP...    the pieces that the bytes P name, one behind the other
 //     @LFPP...  the piece F again and again up to the length that L names, then the pieces P
 //     %LPP...   all the pieces again and again up to that length
+//     #CC...    the characters of numbers that the bytes C name
 #ifndef TESTS_PROPERTIES_INPUT_H_
 #define TESTS_PROPERTIES_INPUT_H_
 
@@ -78,7 +79,12 @@ class Input {
                                             "0",
                                             "1",
                                             "99999",
+                                            "32768",
+                                            "65536",
+                                            "2147483647",
                                             "4294967296",
+                                            "9223372036854775808",
+                                            "18446744073709551615",
                                             "1e400",
                                             "tRue",
                                             "False",
@@ -111,6 +117,12 @@ class Input {
       return result.substr(0, kLengths[number(1) % std::size(kLengths)]);
     };
     if (text.starts_with('*')) return pieces(1, text.size());
+    if (text.starts_with('#')) {
+      constexpr std::string_view kCharacters = "0123456789990+-.eE, ";
+      std::string result(text.substr(1));
+      for (char& c : result) c = kCharacters[static_cast<unsigned char>(c) % kCharacters.size()];
+      return result;
+    }
     if (text.starts_with('@')) return filled(pieces(2, 3)) + pieces(3, text.size());
     if (text.starts_with('%')) return filled(pieces(2, text.size()));
     return std::string(text);

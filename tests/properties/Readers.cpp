@@ -13,8 +13,9 @@ namespace {
 using namespace Tarn;
 
 // Values that reads start from: each keeps what the last read of its type left.
-using Values = std::tuple<char, signed char, unsigned char, bool, short, unsigned short, int, unsigned, long,
-                          unsigned long long, float, double, std::complex<float>, std::string, StringMap, uuids::uuid>;
+using Values =
+    std::tuple<char, signed char, unsigned char, bool, short, unsigned short, int, unsigned, long, unsigned long long,
+               float, double, long double, std::complex<float>, std::string, StringMap, uuids::uuid>;
 
 struct Sources {
   std::string text, buffer;
@@ -28,12 +29,25 @@ bool isSame(const T& a, const T& b) {
 }
 bool isSame(const Time& a, const Time& b) { return a.getLastTime() == b.getLastTime(); }
 
+// What `tryRead` gives has to be what the rule reads; whether it is whole is for the rows of ValueReaderTest.cpp to
+// say.
+template <class T>
+void requireSame(const std::optional<T>& tried, const ValueReader& behind, const T& expected, const std::string& rest) {
+  reached(tried ? "a value tried and read" : "no value for a try");
+  require(!tried || (isSame(*tried, expected) && behind.rest() == rest), "what is tried is read by the rule");
+}
+
 template <class T>
 void readByAll(Sources& sources, T& value) {
   T expected = value;
   T byBuffer = value;
   const std::size_t size = sources.buffer.size();
+  ValueReader trial = sources.reader;
+  const auto tried = trial.tryRead<T>();
+  require(tried || trial.rest() == sources.text, "a try in vain takes nothing");
   const std::string error = plainTake(sources.text, expected);
+  require(!tried || error.empty(), "nothing is tried and read that throws");
+  requireSame(tried, trial, expected, sources.text);
   require(wordsOf<std::out_of_range>([&] { sources.reader >> value; }) == error, "the reader throws as its rule");
   require(wordsOf<std::out_of_range>([&] { sources.buffer >> byBuffer; }) == error, "the buffer throws as its rule");
   require(isSame(value, expected) && isSame(byBuffer, expected), "reader and buffer read what the rule reads");
@@ -64,6 +78,22 @@ void readJson(Sources& sources) {
   sources.buffer >> value;
 }
 
+// As a program does that looks for the next good value.
+void skipOne(Sources& sources) {
+  sources.text.erase(0, 1);
+  sources.buffer.erase(0, 1);
+  sources.reader.skip(1);
+}
+
+void takeLine(Sources& sources) {
+  const std::optional<std::string_view> line = sources.reader.takeLine();
+  require(line.has_value() == !sources.text.empty(), "there is a line but at the end");
+  if (!line) return;
+  require(*line == sources.text.substr(0, sources.text.find('\n')), "a line goes up to its line feed");
+  sources.text.erase(0, line->size() + 1);
+  sources.buffer = sources.text;
+}
+
 constexpr void (*kReads[])(Sources&) = {read<char>,
                                         read<signed char>,
                                         read<unsigned char>,
@@ -81,7 +111,10 @@ constexpr void (*kReads[])(Sources&) = {read<char>,
                                         read<StringMap>,
                                         read<uuids::uuid>,
                                         readTime,
-                                        readJson};
+                                        readJson,
+                                        skipOne,
+                                        takeLine,
+                                        read<long double>};
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "Tarn/text/Escapes.h"
 #include "Tarn/text/Formatting.h"
 #include "tests/Plain.h"
 #include "tests/properties/Properties.h"

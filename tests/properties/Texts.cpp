@@ -1,8 +1,11 @@
 // Escapes, wide text and comparisons. Input: two texts.
 #include <algorithm>
+#include <sstream>
 #include <stdexcept>
 
+#include "Tarn/text/Escapes.h"
 #include "Tarn/text/StringUtilities.h"
+#include "Tarn/text/WideText.h"
 #include "tests/Plain.h"
 #include "tests/properties/Properties.h"
 
@@ -23,10 +26,20 @@ void requireEscapes(const std::string& text, bool unicode) {
   const int position = plainUnescape(expected, unicode);
   require(escToControls(plain, unicode) == position, "a malformed escape is found where the rule finds it");
   require(plain == expected, "a text is unescaped by its rule, or stays");
+  const bool hasEscapes = text.find('\\') != std::string::npos;
+  reached("a long text without an escape", text.size() > 8192 && !hasEscapes);
+  reached("a long text unescaped", text.size() > 8192 && hasEscapes && position == -1);
+  reached("a long text with a malformed escape", text.size() > 8192 && position > 0);
+  reached("a long text escaped", text.size() > 2100 && isText && escaped != text);
+  reached("a bad byte far behind", text.size() > 1100 && !isText && plainWide(text.substr(0, 1100)));
   if (!isText || !unicode) return;
-  std::ostringstream utf8;
-  utf8 << *plainWide(text);
-  require(escToControls(escaped, true) == -1 && escaped == utf8.str(), "what was escaped comes back in shortest form");
+  const std::wstring units = plainWide(text).value();
+  std::string utf8;
+  for (const wchar_t unit : units) utf8 += plainUtf8(static_cast<unsigned>(unit));
+  require(escToControls(escaped, true) == -1 && escaped == utf8, "what was escaped comes back in shortest form");
+  std::ostringstream stream;
+  stream << units;
+  require(stream.str() == utf8, "a stream shows wide text as UTF-8");
 }
 
 template <class Character>
@@ -65,6 +78,8 @@ void requireWide(const std::string& text) {
   require(wordsOf<std::invalid_argument>([&] { found = wide(bytes, text.size()); }) == (expected ? "" : kNoUtf8) &&
               found == expected.value_or(L""),
           "a text is decoded by its rule");
+  require(!expected || wide(text) == found, "a string is decoded as its bytes are");
+  reached("a long text decoded", expected && text.size() > 1100 && found.size() < text.size());
   std::string bytesBack = text;
   for (char& c : bytesBack) c = static_cast<unsigned char>(c) < 0x80 ? c : '?';
   const std::string narrowed = narrow(found, '?');

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "Tarn/text/Escapes.h"
 #include "tests/Plain.h"
 #include "tests/properties/Properties.h"
 
@@ -33,7 +34,7 @@ void requireDigitsBack(T value) {
 
 // Whether a text in a map comes back: no more than 16 bits a character, each in its shortest form, no NUL, and nothing
 // that looks like the end of a string.
-bool comesBack(const std::string& text) {
+bool textComesBack(const std::string& text) {
   std::string back = text;
   return wordsOf<std::invalid_argument>([&] { controlsToEsc(back, true); }).empty() &&
          escToControls(back, true) == -1 && back == text && text.find('\0') == std::string::npos &&
@@ -47,13 +48,15 @@ void requireMapBack(const StringMap& map) {
   for (const auto& [key, value] : map) {
     isText = isText && plainWide(key) && plainWide(value);
     if (isText) expected += " \"" + plainEscape(key, true) + "\"=>\"" + plainEscape(value, true) + '"';
-    isWhole = isWhole && comesBack(key) && comesBack(value) && !('"' + key).ends_with("\"=>");
+    isWhole = isWhole && textComesBack(key) && textComesBack(value) && !('"' + key).ends_with("\"=>");
   }
   if (isText) expected += " } ";
   std::string buffer = "before";
   const std::string error = wordsOf<std::invalid_argument>([&] { buffer << map; });
   require(error == (isText ? "" : "Invalid UTF-8 byte encountered."), "only bad text keeps a map from being written");
   require(buffer == expected, "a map is written in its form, or the entries before bad text are");
+  require(comesBack(map) == isWhole, "a map tells whether it comes back");
+  reached(isWhole ? "a map that comes back" : "a map that does not");
   if (!isWhole) return;
   buffer.erase(0, 6) += kBehind;
   StringMap back = {{"old", "entry"}};

@@ -8,8 +8,8 @@
 namespace Tarn::internal {
 namespace {
 
-constexpr std::size_t kBlockSize = 256;  // What an insertion moves at most, against the blocks to be searched.
-constexpr std::size_t kFew = 16;         // Not worth moving.
+constexpr std::size_t kMostTokens = 256;  // What an insertion moves at most, against the blocks to be searched.
+constexpr std::size_t kFewElements = 16;  // Not worth moving.
 
 // Room for so many elements, and for half as many more.
 template <class T>
@@ -23,7 +23,7 @@ void reallocate(std::vector<T>& list) {
 // Gives memory back where less than half of it is used, unless there is none to move to.
 template <class T>
 void giveBack(std::vector<T>& list) noexcept {
-  if (list.capacity() <= kFew || list.size() >= list.capacity() / 2) return;
+  if (list.capacity() <= kFewElements || list.size() >= list.capacity() / 2) return;
   try {
     reallocate(list);
   } catch (const std::bad_alloc&) {
@@ -75,7 +75,7 @@ void SortedTokens::insert(std::uint64_t token) {
   }
   blocks_.front().begin = std::min(blocks_.front().begin, token);
   std::size_t block = blockOf(token);
-  if (blocks_[block].tokens.size() == kBlockSize) {
+  if (blocks_[block].tokens.size() == kMostTokens) {
     split(block, token);
     if (token >= blocks_[block + 1].begin) ++block;
   }
@@ -108,9 +108,9 @@ std::size_t SortedTokens::blockOf(std::uint64_t token) const noexcept {
 // instead, so that tokens in ascending order fill their blocks.
 void SortedTokens::split(std::size_t block, std::uint64_t token) {
   const bool isLast = block + 1 == blocks_.size() && token > blocks_[block].tokens.back();
-  const std::size_t kept = isLast ? kBlockSize : kBlockSize / 2;
+  const std::size_t kept = isLast ? kMostTokens : kMostTokens / 2;
   Block next{isLast ? token : blocks_[block].tokens[kept], {}};
-  next.tokens.reserve(isLast ? kFew : kBlockSize / 4 * 3);
+  next.tokens.reserve(isLast ? kFewElements : kMostTokens / 4 * 3);
   next.tokens.assign(iteratorAt(blocks_[block].tokens, kept), blocks_[block].tokens.end());
   if (counts_.size() == counts_.capacity()) reallocate(counts_);
   if (blocks_.size() == blocks_.capacity()) reallocate(blocks_);
@@ -125,7 +125,7 @@ bool SortedTokens::joinNext(std::size_t block) noexcept {
   if (block + 1 == blocks_.size()) return false;
   std::vector<std::uint64_t>& tokens = blocks_[block].tokens;
   const std::vector<std::uint64_t>& next = blocks_[block + 1].tokens;
-  if (tokens.size() + next.size() > kBlockSize / 2) return false;
+  if (tokens.size() + next.size() > kMostTokens / 2) return false;
   try {
     tokens.reserve(tokens.size() + next.size());
   } catch (const std::bad_alloc&) {

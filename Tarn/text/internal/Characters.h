@@ -23,6 +23,8 @@ inline constexpr ByteClass<ByteRange{'+', '+'}, ByteRange{'-', '.'}, ByteRange{'
                            ByteRange{'e', 'e'}>
     kNumberChar;
 
+inline constexpr std::size_t kNone = std::string_view::npos;  // The position of what is not there.
+
 // Whether the character belongs to the class.
 template <class Class>
 constexpr bool isOf(char character, Class sought) {

@@ -1,13 +1,13 @@
 // The calendar of a time: its range, and its fields in local time and UTC.
+//
+// A plain second is what a clock without a zone shows, counted from its 1970-01-01 00:00:00: arithmetic only.
 #ifndef TARN_TIME_INTERNAL_CALENDAR_H_
 #define TARN_TIME_INTERNAL_CALENDAR_H_
 
+#include <compare>
 #include <cstdint>
 #include <ctime>
 #include <optional>
-#include <tuple>
-
-#include "Tarn/platform/Platform.h"
 
 namespace Tarn::internal {
 
@@ -16,19 +16,15 @@ inline constexpr std::int64_t kLastCalendarSecond = 32535215999;
 
 constexpr bool isInCalendar(std::int64_t seconds) { return seconds >= 0 && seconds <= kLastCalendarSecond; }
 
-// Whole seconds of a time, by way of its count of 100 ns, both truncated toward zero. Nothing if that count does not
-// fit 64 bits.
-std::optional<std::int64_t> wholeSeconds(double time);
-
-// The same; -1 outside the calendar range.
-std::int64_t calendarSeconds(double time);
-
-// The same with the millisecond behind it, by the rules of `Time::getMSec`.
+// A time by way of its count of 100 ns, truncated toward zero.
 struct TimeParts {
-  std::int64_t calendarSeconds = -1;
-  int millisecond = 0;
+  std::int64_t seconds = -1;  // Whole ones; -1 outside the calendar range.
+  int millisecond = 0;        // By the rules of `Time::getMSec`.
 };
 TimeParts partsOf(double time);
+
+// The whole seconds alone.
+std::int64_t calendarSeconds(double time);
 
 // The fields as they are read and shown: the full year, the month from 1. All zero outside the calendar range, where
 // years otherwise have four digits.
@@ -39,39 +35,37 @@ struct CalendarFields {
   int hour = 0;
   int minute = 0;
   int second = 0;
-  int weekday = 0;  // From Sunday, 0. Of local times only.
 
-  friend bool operator<(const CalendarFields& a, const CalendarFields& b) {
-    const auto inOrder = [](const CalendarFields& f) {
-      return std::tie(f.year, f.month, f.day, f.hour, f.minute, f.second);
-    };
-    return inOrder(a) < inOrder(b);
-  }
+  friend auto operator<=>(const CalendarFields&, const CalendarFields&) = default;
 };
 
-CalendarFields utcFields(double time);
+// Local fields, and how many seconds they are ahead of UTC.
+struct LocalTime {
+  CalendarFields fields;
+  int offset = 0;
+};
 
-// These are inline so that no field is copied: compilers copy fields in pairs, and a processor waits where it is to
-// read two of them at once that have just been written one by one.
-inline CalendarFields toFields(const std::tm& broken) {
-  return {broken.tm_year + 1900, broken.tm_mon + 1, broken.tm_mday, broken.tm_hour,
-          broken.tm_min,         broken.tm_sec,     broken.tm_wday};
-}
-inline CalendarFields localFieldsAt(std::int64_t calendarSeconds) {
-  std::tm fields;
-  return calendarSeconds >= 0 && platform::toLocalTime(calendarSeconds, fields) ? toFields(fields) : CalendarFields{};
-}
-inline CalendarFields localFields(double time) { return localFieldsAt(calendarSeconds(time)); }
+// Of seconds in the calendar range, or of -1.
+LocalTime localTimeAt(std::int64_t seconds);
+CalendarFields utcFieldsAt(std::int64_t seconds);
 
-// The broken-down local time; nothing outside the calendar range.
-std::optional<std::tm> toLocalTime(double time);
+// The local fields of a time.
+CalendarFields localFields(double time);
+
+// The same as the runtime has them; nothing outside the calendar range.
+std::optional<std::tm> runtimeFields(double time);
+
+// The time of whole seconds and units of 100 ns.
+double timeOfTicks(std::int64_t seconds, std::int64_t ticks);
 
 // The time at which local clocks show these fields, by the rules of `Time::setTime`.
-double fromLocalFields(const CalendarFields& fields, int millisecond);
+double timeAtLocal(const CalendarFields& fields, int millisecond);
 
-// The seconds since 1970-01-01 00:00:00 of fields in any range, on a clock without a zone. Months and what is smaller
-// carry over.
-std::int64_t secondsOf(const CalendarFields& fields);
+// Of fields in any range: months and what is smaller carry over.
+std::int64_t plainSeconds(const CalendarFields& fields);
+
+// The fields of a plain second in the years 0 to 9999.
+CalendarFields plainFields(std::int64_t plain);
 
 }  // namespace Tarn::internal
 

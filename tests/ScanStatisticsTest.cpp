@@ -1,24 +1,10 @@
-// Stream names and scan statistics.
-#include <gtest/gtest.h>
-
 #include "Tarn/DataStructures/ScanStatistics.h"
-#include "Tarn/DataStructures/StreamNames.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
 using namespace Tarn::DataStructures;
-
-// Made before main, by a program that uses the library.
-const std::string kEarly = StreamNames::S_MODEL_SCANS + '|' + StreamNames::S_SHARED_INSTANCES_HEADER;
-
-TEST(StreamNames, AreReadyAndExact) {
-  EXPECT_EQ(kEarly, "Scans|/** Olvi Vemra: Shared Instances **/");
-  EXPECT_EQ(StreamNames::S_MODEL_MAIN, "Main");
-  EXPECT_EQ(StreamNames::S_MODEL_PICTURESFOLDER, "Pictures");
-  EXPECT_EQ(StreamNames::S_MODEL_SCANOBJECTS, "Objects");
-  EXPECT_EQ(StreamNames::S_SHARED_INSTANCES, "SharedInstances");
-  EXPECT_EQ(StreamNames::S_SCAN_HEADER, "/** Korvale: Scan Data **/");
-}
 
 void fill(HistogramStatistics& block, std::size_t bins) {
   block.unit = 0.5;

@@ -1,0 +1,115 @@
+// A time is set from calendar fields in two steps: the fields are brought into their ranges here, which is the same on
+// every platform, and the runtime, which knows the zone, converts what then is an ordinary date.
+#include "Tarn/time/internal/Calendar.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+#include "Tarn/platform/PlainClock.h"
+#include "Tarn/platform/Platform.h"
+
+namespace Tarn::internal {
+namespace {
+
+constexpr std::int64_t kTicksPerSecond = 10'000'000;
+constexpr std::int64_t kTicksPerMillisecond = 10'000;
+constexpr double kSecondsPerTick = 1e-7;
+constexpr std::int64_t kZoneSpan = 172800;  // Seconds that no zone's offset reaches: two days.
+
+CalendarFields toFields(const std::tm& broken) {
+  return {broken.tm_year + 1900, broken.tm_mon + 1, broken.tm_mday, broken.tm_hour, broken.tm_min, broken.tm_sec};
+}
+
+// Whole seconds of a time. Nothing if its count of 100 ns does not fit 64 bits.
+std::optional<std::int64_t> wholeSeconds(double time) {
+  constexpr double kLimit = 9223372036854775808.0;  // 2 to the power of 63.
+  const double ticks = time * static_cast<double>(kTicksPerSecond);
+  if (!(ticks >= -kLimit && ticks < kLimit)) return std::nullopt;
+  return static_cast<std::int64_t>(ticks) / kTicksPerSecond;
+}
+
+std::int64_t floorDivide(std::int64_t number, std::int64_t divisor) {
+  return number / divisor - (number % divisor < 0 ? 1 : 0);
+}
+
+// Days since 1970-01-01 of the first of a month, counted from January of the year 0.
+std::int64_t daysOfMonth(std::int64_t month) {
+  constexpr std::int64_t kMonthsPerEra = 4800;  // After which the calendar repeats itself.
+  constexpr std::int64_t kDaysPerEra = 146097;
+  const std::int64_t era = floorDivide(month, kMonthsPerEra);
+  const auto monthOfEra = static_cast<int>(month - era * kMonthsPerEra);
+  const std::chrono::year_month_day first{std::chrono::year(monthOfEra / 12),
+                                          std::chrono::month(static_cast<unsigned>(monthOfEra % 12 + 1)),
+                                          std::chrono::day(1)};
+  return era * kDaysPerEra + std::chrono::sys_days(first).time_since_epoch().count();
+}
+
+// What setting never converts: a day at either end, so that no zone takes the result out of the range.
+bool isGuarded(const CalendarFields& fields) {
+  const bool firstMorning = fields.year == 1970 && fields.month == 1 && fields.day == 1 && fields.hour <= 12;
+  const bool lastDay = fields.year == 3000 && fields.month == 12 && fields.day == 31;
+  return fields.year < 1970 || firstMorning || lastDay || fields.year > 3000;
+}
+
+// The seconds at which local clocks show the fields; 0 where these are guarded or outside the calendar.
+std::int64_t settableSeconds(const CalendarFields& fields) {
+  if (isGuarded(fields)) return 0;
+  const std::int64_t plain = plainSeconds(fields);
+  if (plain < -kZoneSpan || plain > kLastCalendarSecond + kZoneSpan) return 0;
+  const std::int64_t seconds = platform::fromLocalTime(plain);
+  return isInCalendar(seconds) ? seconds : 0;
+}
+
+}  // namespace
+
+TimeParts partsOf(double time) {
+  const std::optional<std::int64_t> seconds = wholeSeconds(time);
+  if (!seconds) return {};
+  const double fraction = time - static_cast<double>(*seconds);
+  return {isInCalendar(*seconds) ? *seconds : -1, std::min(static_cast<int>(std::round(fraction * 1000.0)), 999)};
+}
+
+std::int64_t calendarSeconds(double time) {
+  const std::optional<std::int64_t> seconds = wholeSeconds(time);
+  return seconds && isInCalendar(*seconds) ? *seconds : -1;
+}
+
+LocalTime localTimeAt(std::int64_t seconds) {
+  std::tm fields;
+  if (seconds < 0 || !platform::toLocalTime(seconds, fields)) return {};
+  return {toFields(fields), static_cast<int>(platform::offsetOf(fields, seconds))};
+}
+
+CalendarFields utcFieldsAt(std::int64_t seconds) {
+  std::tm fields;
+  return seconds >= 0 && platform::toUtc(seconds, fields) ? toFields(fields) : CalendarFields{};
+}
+
+CalendarFields localFields(double time) { return localTimeAt(calendarSeconds(time)).fields; }
+
+std::optional<std::tm> runtimeFields(double time) {
+  const std::int64_t seconds = calendarSeconds(time);
+  std::tm fields{};
+  if (seconds < 0 || !platform::toLocalTime(seconds, fields)) return std::nullopt;
+  return fields;
+}
+
+double timeOfTicks(std::int64_t seconds, std::int64_t ticks) {
+  return static_cast<double>(seconds * kTicksPerSecond + ticks) * kSecondsPerTick;
+}
+
+double timeAtLocal(const CalendarFields& fields, int millisecond) {
+  return timeOfTicks(settableSeconds(fields), millisecond * kTicksPerMillisecond);
+}
+
+std::int64_t plainSeconds(const CalendarFields& fields) {
+  const std::int64_t month = std::int64_t{fields.year} * 12 + fields.month - 1;
+  const std::int64_t day = daysOfMonth(month) + fields.day - 1;
+  const std::int64_t minute = (day * 24 + fields.hour) * 60 + fields.minute;
+  return minute * 60 + fields.second;
+}
+
+CalendarFields plainFields(std::int64_t plain) { return toFields(platform::toPlainFields(plain)); }
+
+}  // namespace Tarn::internal
