@@ -21,15 +21,23 @@ double leastTime(Call call) {
   return static_cast<double>(least);
 }
 
-// Calls with a size and 16 times that size, which is to take 16 times as long. It would be 256 times where the time
-// grows with the square; caches and new memory may take their part. A tenth of a millisecond is added against coarse
+// Calls for what is made of a size, and of 16 times that size, which is to take 16 times as long. It would be 256 times
+// where the time grows with the square; caches may take their part. A tenth of a millisecond is added against coarse
 // clocks.
+template <class Make, class Call>
+void expectLinear(const char* what, std::size_t size, Make make, Call call) {
+  const double least = std::max(CLOCKS_PER_SEC / 10000.0, 1.0);
+  const auto few = make(size);
+  const auto many = make(16 * size);
+  const double small = leastTime([&] { call(few); }) + least;
+  const double large = leastTime([&] { call(many); });
+  EXPECT_LT(large, 64 * small) << what;
+}
+
 template <class Call>
 void expectLinear(const char* what, std::size_t size, Call call) {
-  const double least = std::max(CLOCKS_PER_SEC / 10000.0, 1.0);
-  const double small = leastTime([&] { call(size); }) + least;
-  const double large = leastTime([&] { call(16 * size); });
-  EXPECT_LT(large, 64 * small) << what;
+  expectLinear(
+      what, size, [](std::size_t made) { return made; }, call);
 }
 
 #endif  // TESTS_GROWTH_H_

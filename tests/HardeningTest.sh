@@ -26,7 +26,7 @@ case "$1" in
     if readelf -h "$1" | grep -q X86-64; then
       code=$(objdump -d --no-show-raw-insn "$1")
       requires "marks of where calls may go" endbr64 "$code"
-      requires "stacks that grow page by page" 'or[bq] +\$0x0,' "$code"
+      requires "stacks that grow page by page" '(or[bq] +\$0x0,|movq +\$0x0,\(%rsp\))' "$code"
     fi
     ;;
 esac

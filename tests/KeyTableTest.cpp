@@ -185,9 +185,13 @@ TEST(KeyTable, TakesKeysInEveryForm) {
 
 template <class Table, class Key>
 void expectConstantTime(const char* what, Key (*makeKey)(std::uint64_t), int tokenShift) {
-  expectLinear(what, 4000, [=](std::size_t count) {
+  const auto make = [=](std::size_t count) {
     Table table;
     for (std::uint64_t i = 0; i < count; ++i) table.addEntry(i << tokenShift, makeKey(i));
+    return std::pair(std::move(table), count);
+  };
+  expectLinear(what, 4000, make, [=](const auto& made) {
+    const auto& [table, count] = made;
     for (std::uint64_t i = 0; i < count; ++i) {
       ASSERT_TRUE(table.keyToToken(makeKey(i)) == i << tokenShift && table.tokenToKey(i << tokenShift));
     }

@@ -5,9 +5,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <locale>
 #include <map>
 #include <optional>
@@ -214,9 +216,26 @@ std::string plainTake(std::string& text, T& value, bool* hasFailed = nullptr) {
   const std::size_t start = findValue(text);
   if (start == text.size()) return "";
   text.erase(0, start);
-  std::istringstream stream(text);
+  std::string seen = text;
+  if constexpr (std::is_floating_point_v<T>) {  // Some libraries go on, in search of other digits than decimal ones.
+    static const std::regex kNumber("[+-]?[0-9]*(\\.[0-9]*)?");
+    std::smatch match;
+    std::regex_search(text, match, kNumber, std::regex_constants::match_continuous);
+    std::size_t end = static_cast<std::size_t>(match.length());
+    const bool hasDigit = match.str().find_first_of("0123456789") != std::string::npos;
+    if (hasDigit && end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+      ++end;
+      if (end < text.size() && (text[end] == '+' || text[end] == '-')) ++end;
+      end = std::min(text.find_first_not_of("0123456789", end), text.size());
+    }
+    if (end < text.size()) seen = text.substr(0, end) + '|';
+  }
+  std::istringstream stream(seen);
   stream.imbue(std::locale::classic());
   stream >> value;
+  if constexpr (std::is_floating_point_v<T>) {  // Nor do all keep to the largest number.
+    if (std::isinf(value)) value = std::copysign(std::numeric_limits<T>::max(), value);
+  }
   if (hasFailed != nullptr) *hasFailed = stream.fail();
   if (!stream.eof() && stream.fail()) return kNoValue;
   text.erase(0, stream.eof() ? text.size() : static_cast<std::size_t>(stream.tellg()));

@@ -69,6 +69,12 @@ struct FloatText {
     stop = skipDigits(stop, end);
   }
 
+  // Whether it is one: with a digit, and one behind the exponent's letter.
+  [[nodiscard]] bool isNumber() const {
+    return exponent - digits > (point != exponent ? 1 : 0) &&
+           (stop == exponent || internal::isOf(stop[-1], internal::kDigit));
+  }
+
   // The exponent, or the nearest number that leaves room to calculate.
   [[nodiscard]] std::ptrdiff_t exponentValue() const {
     const bool hasPlus = stop - exponent > 1 && exponent[1] == '+';
@@ -91,13 +97,23 @@ struct FloatText {
   const char* stop;
 };
 
+// The number that a well-formed text without a sign is, or nothing where it is out of the type's range.
+template <class T>
+std::optional<T> convert(std::string_view text) {
 #if __cpp_lib_to_chars >= 201611L
-template <class T>
-inline constexpr bool kHasFromChars = !std::same_as<T, long double>;
-#else
-template <class T>
-inline constexpr bool kHasFromChars = false;
+  if constexpr (!std::same_as<T, long double>) {
+    T number{};
+    const std::errc error = std::from_chars(text.data(), text.data() + text.size(), number).ec;
+    return error == std::errc() ? std::optional(number) : std::nullopt;
+  }
 #endif
+  T number{};
+  ViewStream stream(text);
+  stream.exceptions(std::ios::badbit);  // A failed allocation, about which streams keep quiet.
+  stream >> number;
+  const bool isDenormal = 0 < number && number < std::numeric_limits<T>::min();  // Some libraries call it a failure.
+  return !stream.fail() || isDenormal ? std::optional(number) : std::nullopt;
+}
 
 // Takes the text in front of a position, and the one character there.
 std::string_view takeUntil(std::string_view& rest, std::size_t position) {
@@ -220,33 +236,22 @@ ValueReader::Extraction ValueReader::extractFloat(T& value) {
   const char* const end = rest_.data() + rest_.size();
   const FloatText text(digits, end);
   Extraction found{static_cast<std::size_t>(text.stop - rest_.data()), text.stop == end, false};
-  if constexpr (kHasFromChars<T>) {
-    T magnitude{};
-    const auto [stop, error] = std::from_chars(digits, text.stop, magnitude);
-    if (stop != text.stop || error == std::errc::invalid_argument) {
-      value = 0;
-      found.failed = true;
-      if (!found.atEnd) noFloats_ = {text.exponent, 0};
-      return found;
-    }
-    if (error == std::errc::result_out_of_range) {  // It is beyond the largest number, or nearer to 0 than the least.
-      found.failed = text.isAtLeastOne();
-      magnitude = found.failed ? Limits::max() : T{0};
-    }
-    value = negative ? -magnitude : magnitude;
-  } else {
-    found = extractByStream(
-        [](std::istream& stream, void* to) {
-          stream.exceptions(std::ios::badbit);  // A failed allocation, about which streams keep quiet.
-          stream >> *static_cast<T*>(to);
-        },
-        &value);
+  if (!text.isNumber()) {
+    value = 0;
+    found.failed = true;
+    if (!found.atEnd) noFloats_ = {text.exponent, 0};
+    return found;
   }
-  if (found.failed && !found.atEnd && std::abs(value) == Limits::max()) {
-    const std::ptrdiff_t exponent = text.stop != text.exponent ? text.exponentValue() : 0;
-    const std::ptrdiff_t most = std::max<std::ptrdiff_t>(Limits::max_exponent10 + 1 - exponent, 0);
-    noFloats_ = tooLarge(digits, text.point, most, kLargest);
+  std::optional<T> magnitude = convert<T>({digits, static_cast<std::size_t>(text.stop - digits)});
+  if (!magnitude) {  // It is beyond the largest number, or nearer to 0 than the least.
+    found.failed = text.isAtLeastOne();
+    magnitude = found.failed ? Limits::max() : T{0};
   }
+  value = negative ? -*magnitude : *magnitude;
+  if (!found.failed || found.atEnd) return found;
+  const std::ptrdiff_t exponent = text.stop != text.exponent ? text.exponentValue() : 0;
+  const std::ptrdiff_t most = std::max<std::ptrdiff_t>(Limits::max_exponent10 + 1 - exponent, 0);
+  noFloats_ = tooLarge(digits, text.point, most, kLargest);
   return found;
 }
 

@@ -1,6 +1,7 @@
 // Words of a stream, and uuids as text. Input: a text.
-#include <iomanip>
+#include <optional>
 #include <sstream>
+#include <string_view>
 
 #include "tests/Plain.h"
 #include "tests/properties/Properties.h"
@@ -14,16 +15,30 @@ std::string restOf(std::istream& stream) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-// The standard library's quoted strings have the same rules.
+// A token, character by character.
+std::optional<std::string> plainWord(std::istream& stream) {
+  char c = '\0';
+  if (!(stream >> std::ws).get(c)) return std::nullopt;
+  const bool isQuoted = c == '"';
+  std::string word(isQuoted ? 0 : 1, c);
+  while (stream.get(c)) {
+    if (isQuoted && c == '"') break;
+    if (!isQuoted && std::string_view(" \t\n\v\f\r").find(c) != std::string_view::npos) {
+      stream.unget();
+      break;
+    }
+    if (!isQuoted || c != '\\' || stream.get(c)) word += c;
+  }
+  return word;
+}
+
 void requireWords(const std::string& text) {
   std::istringstream stream(text);
   std::istringstream plain(text);
   while (stream) {
     std::optional<std::string> word;
-    std::string expected = "none";
     stream >> word;
-    plain >> std::quoted(expected);
-    require(word.value_or("none") == expected, "a word is what std::quoted reads");
+    require(word == plainWord(plain), "a word is what its rule reads");
   }
   require(restOf(stream) == restOf(plain), "words leave the same rest");
 }
