@@ -7,6 +7,7 @@
 #include <climits>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <locale>
 #include <string_view>
 #include <utility>
@@ -64,28 +65,6 @@ char* putEscape(char* out, char16_t character, bool unicodeEscapes) {
     *out++ = '\\';
     *out++ = shortEscape(character);
   }
-  return out;
-}
-
-// Copies the text in front of the first byte of a class to `out`, which has room for all that is left, moves `at` there
-// and gives the end of the copy. If it is in the same text, `out` must not be behind `at`.
-template <bool kInSameText, class Class>
-char* copyUntil(const char*& at, const char* end, char* out, Class sought) {
-  while (end - at >= internal::kBlockSize) {
-    const auto block = internal::Block::load(at);
-    const auto found = sought.in(block);
-    if (found.any()) {
-      const char* const run = at;
-      at += found.first();
-      if (kInSameText && run - out < internal::kBlockSize) return std::copy(run, at, out);
-      block.store(out);
-      return out + found.first();
-    }
-    block.store(out);
-    at += internal::kBlockSize;
-    out += internal::kBlockSize;
-  }
-  while (at != end && !internal::isOf(*at, sought)) *out++ = *at++;
   return out;
 }
 
@@ -167,7 +146,11 @@ char* takeEscape(const char*& at, const char* end, char* out, bool unicodeEscape
       *out = escape[1];
       return out + 1;
     case 'u':
-      if (!unicodeEscapes) return std::copy(escape, at, out);
+      if (!unicodeEscapes) {
+        *out = '\\';
+        out[1] = 'u';
+        return out + 2;
+      }
       if (const std::uint32_t value = end - at >= 4 ? valueOfFour(at) : internal::kNoHexDigit;
           value < internal::kNoHexDigit) {
         at += 4;
@@ -180,7 +163,8 @@ char* takeEscape(const char*& at, const char* end, char* out, bool unicodeEscape
   }
 }
 
-// How much `isClean` looks at, and how much it speaks of.
+// How much `isClean` looks at, and how much it speaks of: behind a backslash it has to see the five bytes of the longest
+// escape, of which the sixth byte from the end is the first that it cannot.
 constexpr std::ptrdiff_t kWindow = 64;
 constexpr std::ptrdiff_t kCleanSize = kWindow - 6;
 
@@ -226,10 +210,48 @@ const char* findMalformed(const char* at, const char* end, bool unicodeEscapes) 
   return end;
 }
 
+// Copies the text in front of the next backslash to `out`, which is elsewhere and has room for all that is left, moves
+// `at` there and gives the end of the copy.
+char* copyPlain(const char*& at, const char* end, char* out) {
+  for (; end - at >= internal::kBlockSize; at += internal::kBlockSize, out += internal::kBlockSize) {
+    const auto block = internal::Block::load(at);
+    const auto found = kBackslash.in(block);
+    block.store(out);
+    if (found.any()) {
+      at += found.first();
+      return out + found.first();
+    }
+  }
+  while (at != end && *at != '\\') *out++ = *at++;
+  return out;
+}
+
+// The same within one text, `out` not being behind `at`. A block with a backslash must not be stored where it would cover
+// what has not been read.
+char* movePlain(const char*& at, const char* end, char* out) {
+  for (; end - at >= internal::kBlockSize; at += internal::kBlockSize, out += internal::kBlockSize) {
+    const auto block = internal::Block::load(at);
+    const auto found = kBackslash.in(block);
+    if (found.any()) {
+      const std::size_t size = found.first();
+      if (at - out < internal::kBlockSize) {
+        std::memmove(out, at, size);
+      } else {
+        block.store(out);
+      }
+      at += size;
+      return out + size;
+    }
+    block.store(out);
+  }
+  while (at != end && *at != '\\') *out++ = *at++;
+  return out;
+}
+
 // Writes what a text stands for to `out`, up to its end or a malformed escape, to which it moves `at`.
-template <bool kInSameText>
-char* unescape(const char*& at, const char* end, char* out, bool unicodeEscapes) {
-  while ((out = copyUntil<kInSameText>(at, end, out, kBackslash), at != end)) {
+template <class PutPlain>
+char* unescape(const char*& at, const char* end, char* out, bool unicodeEscapes, PutPlain putPlain) {
+  while ((out = putPlain(at, end, out), at != end)) {
     do {
       char* const behind = takeEscape(at, end, out, unicodeEscapes);
       if (behind == nullptr) return out;
@@ -247,21 +269,22 @@ struct Unescaped {
 
 constexpr std::ptrdiff_t kShortText = 8192;
 
-// Unescapes a short text, by way of the stack.
+// Unescapes a short text in one pass, by way of the stack: twice as fast ("escToControls" of 64 and 4096 B).
 Unescaped unescapeShort(char* begin, const char* end, bool unicodeEscapes) {
   std::array<char, kShortText> plain;
   const char* at = begin;
-  const char* const plainEnd = unescape<false>(at, end, plain.data(), unicodeEscapes);
+  const char* const plainEnd = unescape(at, end, plain.data(), unicodeEscapes, copyPlain);
   if (at != end) return {.malformed = at};
   return {.end = std::copy(static_cast<const char*>(plain.data()), plainEnd, begin)};
 }
 
-// Unescapes a text in its place, after a look at all of it.
+// Unescapes a text in its place, after a look at all of it, 58 bytes at once: nearly twice as fast as by each escape
+// ("escToControls" of 1 MiB).
 Unescaped unescapeLong(char* begin, const char* end, bool unicodeEscapes) {
   const char* const malformed = findMalformed(begin, end, unicodeEscapes);
   if (malformed != end) return {.malformed = malformed};
   const char* at = begin;
-  return {.end = unescape<true>(at, end, begin, unicodeEscapes)};
+  return {.end = unescape(at, end, begin, unicodeEscapes, movePlain)};
 }
 
 using ByteSet = std::array<bool, 256>;
