@@ -3,6 +3,12 @@
 #ifndef TARN_EXPORT_H_
 #define TARN_EXPORT_H_
 
+#if __cplusplus < 202002L && !(defined(_MSVC_LANG) && _MSVC_LANG >= 202002L)
+#error "Tarn.DataStructures needs C++20: compile with -std=c++20 or later (/std:c++20)."
+#elif !defined(__cpp_exceptions)
+#error "Tarn.DataStructures needs exceptions: compile without -fno-exceptions (with /EHsc)."
+#endif
+
 /// The version that a program is compiled with, in three numbers.
 /// @{
 #define TARN_VERSION_MAJOR 2

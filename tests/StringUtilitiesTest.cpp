@@ -107,6 +107,20 @@ TEST(StringUtilities, Trims) {
   }
 }
 
+// Each call that compiled before there were views has the meaning that it had.
+TEST(StringUtilities, TakesTextsInEveryForm) {
+  const char* const pointer = "ab";
+  const std::string text = "ab";
+  const std::string_view view = "ab";
+  EXPECT_TRUE(startsWith("ab", "a") && startsWith(pointer, text) && startsWith(text, {}) && startsWith(view, "a") &&
+              startsWith("ab", view) && startsWith(text, view) && startsWith(pointer, view) && startsWith({'a'}, "a"));
+  EXPECT_TRUE(findLastOf("ab", "b") == 1 && findLastOf(text, view) == 0 && findLastOf({'a'}, 'a', 0) == 0);
+  EXPECT_TRUE(compareIgnoreCase("AB", text) == 0 && compareIgnoreCase(view, "AB") == 0 &&
+              compareIgnoreCase("a", L"A") == 0);
+  EXPECT_TRUE(isAscii("a") && isAscii(view) && isAscii({}) && findAlphaNum("-", 0) == 0 && trim_copy(" a") == "a" &&
+              trim_copy({' ', 'a'}) == "a" && trim_copy(view) == text);
+}
+
 TEST(StringUtilities, Joins) {
   EXPECT_EQ(implode({}, ", "), "");
   EXPECT_EQ(implode({"a"}, ", "), "a");

@@ -25,21 +25,16 @@ using internal::kNone;
 int toPosition(std::size_t position) { return position <= INT_MAX ? static_cast<int>(position) : -1; }
 
 // Whether a search may begin at `start`.
-bool isInside(const std::string& text, int start) {
-  return start >= 0 && static_cast<std::size_t>(start) < text.size();
-}
+bool isInside(std::string_view text, int start) { return start >= 0 && static_cast<std::size_t>(start) < text.size(); }
 
 template <class Class>
-int findClass(const std::string& text, Class sought, int start) {
+int findClass(std::string_view text, Class sought, int start) {
   if (!isInside(text, start)) return -1;
   return toPosition(internal::findFirstOf(text, sought, static_cast<std::size_t>(start)));
 }
 
 // The text before its first NUL.
-template <class Character>
-std::basic_string_view<Character> untilNul(const std::basic_string<Character>& text) {
-  return std::basic_string_view<Character>(text).substr(0, text.find(Character{}));
-}
+std::string_view untilNul(std::string_view text) { return text.substr(0, text.find('\0')); }
 
 // Replaces by moving the kept pieces together, within the text. Needs `to` to be no longer than `from`.
 template <class Text, class Finder>
@@ -90,58 +85,52 @@ void replaceAllIn(Text& text, const Text& from, const Text& to) {
   }
 }
 
-// Where two texts differ but for letter case, or else end. Both end with a NUL.
+// Where two texts differ but for letter case, or one ends, by its size or a NUL.
 template <class Character>
-std::size_t findStop(const Character* a, const Character* b, std::size_t at = 0) {
-  while (a[at] != 0 && internal::toLower(a[at]) == internal::toLower(b[at])) ++at;
+std::size_t findStop(std::basic_string_view<Character> a, std::basic_string_view<Character> b, std::size_t at = 0) {
+  const std::size_t size = std::min(a.size(), b.size());
+  while (at != size && a[at] != 0 && internal::toLower(a[at]) == internal::toLower(b[at])) ++at;
   return at;
 }
 
-// The same for texts of at least this size.
-std::size_t findStopInBlocks(const char* a, const char* b, std::size_t size) {
+std::size_t findStopInBlocks(std::string_view a, std::string_view b) {
+  const std::size_t size = std::min(a.size(), b.size());
   std::size_t at = 0;
   for (; size - at >= internal::kBlockSize; at += internal::kBlockSize) {
-    const auto block = internal::Block::load(a + at);
-    const auto stop = (block & sameLetters(block, internal::Block::load(b + at))).in<internal::ByteRange{0, 0}>();
+    const auto block = internal::Block::load(a.data() + at);
+    const auto other = internal::Block::load(b.data() + at);
+    const auto stop = (block & sameLetters(block, other)).in<internal::ByteRange{0, 0}>();
     if (stop.any()) return at + stop.first();
   }
   return findStop(a, b, at);
 }
 
-std::size_t findStop(const std::string& a, const std::string& b) {
-  return findStopInBlocks(a.c_str(), b.c_str(), std::min(a.size(), b.size()));
-}
-
-std::size_t findStop(const std::wstring& a, const std::wstring& b) { return findStop(a.c_str(), b.c_str()); }
-
-unsigned char codeOf(char character) { return static_cast<unsigned char>(character); }
-
-std::make_unsigned_t<wchar_t> codeOf(wchar_t character) {
-  return static_cast<std::make_unsigned_t<wchar_t>>(character);
-}
-
-// Characters compare by their codes, and the NUL behind a text comes before all.
-template <class Text>
-int compareFolded(const Text& a, const Text& b) {
-  const std::size_t stop = findStop(a, b);
-  const auto inA = codeOf(internal::toLower(a.c_str()[stop]));
-  const auto inB = codeOf(internal::toLower(b.c_str()[stop]));
-  return (inA > inB ? 1 : 0) - (inA < inB ? 1 : 0);
+// Characters compare by their codes, and the end of a text comes before all.
+template <class Character>
+int compareAt(std::basic_string_view<Character> a, std::basic_string_view<Character> b, std::size_t stop) {
+  const auto codeAt = [stop](std::basic_string_view<Character> text) {
+    const Character character = stop < text.size() ? text[stop] : Character{};
+    return static_cast<std::make_unsigned_t<Character>>(internal::toLower(character));
+  };
+  return (codeAt(a) > codeAt(b) ? 1 : 0) - (codeAt(a) < codeAt(b) ? 1 : 0);
 }
 
 }  // namespace
 
-void ltrim(std::string& text) {
+std::string_view internal::trimmed(std::string_view text, bool front, bool end) {
   const char* const begin = text.data();
-  const char* const first = internal::findFirst(begin, begin + text.size(), internal::kNoSpace);
-  if (first != begin) text.erase(0, static_cast<std::size_t>(first - begin));
+  const char* last = begin + text.size();
+  if (end) last = findBehindLast(begin, last, kNoSpace);
+  const char* const first = front ? findFirst(begin, last, kNoSpace) : begin;
+  return {first, static_cast<std::size_t>(last - first)};
 }
 
-void rtrim(std::string& text) {
-  const char* const begin = text.data();
-  const char* const end = internal::findBehindLast(begin, begin + text.size(), internal::kNoSpace);
-  text.erase(static_cast<std::size_t>(end - begin));
+void ltrim(std::string& text) {
+  const std::string_view kept = internal::trimmed(text, true, false);
+  if (kept.size() != text.size()) text.erase(0, text.size() - kept.size());
 }
+
+void rtrim(std::string& text) { text.resize(internal::trimmed(text, false, true).size()); }
 
 void trim(std::string& text) {
   rtrim(text);  // First, so that less is moved to the front.
@@ -167,28 +156,42 @@ bool isAlphaNum(const char& character) { return isOf(character, internal::kAlpha
 
 bool isValidNumberChar(const char& character) { return isOf(character, internal::kNumberChar); }
 
-bool isAscii(const std::string& text) { return internal::findFirstOf(text, internal::kNonAscii) == kNone; }
+bool internal::isAscii(std::string_view text) { return findFirstOf(text, kNonAscii) == kNone; }
 
-int findAlphaNum(const std::string& text, int start) { return findClass(text, internal::kAlphaNum, start); }
+bool isAscii(const std::string& text) { return internal::isAscii(text); }
 
-int findNonWS(const std::string& text, int start) { return findClass(text, internal::kVisible, start); }
+int internal::findAlphaNum(std::string_view text, int start) { return findClass(text, kAlphaNum, start); }
 
-int findValidNumberChar(const std::string& text, int start) { return findClass(text, internal::kNumberChar, start); }
+int findAlphaNum(const std::string& text, int start) { return internal::findAlphaNum(text, start); }
 
-int findLastOf(const std::string& text, const std::string& needle) {
+int internal::findNonWS(std::string_view text, int start) { return findClass(text, kVisible, start); }
+
+int findNonWS(const std::string& text, int start) { return internal::findNonWS(text, start); }
+
+int internal::findValidNumberChar(std::string_view text, int start) { return findClass(text, kNumberChar, start); }
+
+int findValidNumberChar(const std::string& text, int start) { return internal::findValidNumberChar(text, start); }
+
+int internal::findLastOf(std::string_view text, std::string_view needle) {
   const std::string_view sought = untilNul(needle);
   if (sought.empty()) return -1;
-  return toPosition(internal::findLast(untilNul(text), sought));
+  return toPosition(findLast(untilNul(text), sought));
 }
 
-int findLastOf(const std::string& text, char character, int start) {
+int findLastOf(const std::string& text, const std::string& needle) { return internal::findLastOf(text, needle); }
+
+int internal::findLastOf(std::string_view text, char character, int start) {
   if (!isInside(text, start)) return -1;
   const auto first = static_cast<std::size_t>(start);
   const std::size_t end = std::min(text.find('\0', first), text.size());
   if (character == '\0') return toPosition(end);
   const char* const begin = text.data() + first;
-  const char* const behind = internal::findBehindLast(begin, text.data() + end, internal::OneByte{character});
+  const char* const behind = findBehindLast(begin, text.data() + end, OneByte{character});
   return behind == begin ? -1 : toPosition(static_cast<std::size_t>(behind - text.data()) - 1);
+}
+
+int findLastOf(const std::string& text, char character, int start) {
+  return internal::findLastOf(text, character, start);
 }
 
 bool startsWith(const std::string& text, const std::string& prefix) {
@@ -210,11 +213,19 @@ void replaceAll(std::string& text, const std::string& from, const std::string& t
 
 void replaceAll(std::wstring& text, const std::wstring& from, const std::wstring& to) { replaceAllIn(text, from, to); }
 
-int compareIgnoreCase(const std::string& a, const std::string& b) { return compareFolded(a, b); }
+int internal::compareIgnoreCase(std::string_view a, std::string_view b) {
+  return compareAt(a, b, findStopInBlocks(a, b));
+}
+
+int compareIgnoreCase(const std::string& a, const std::string& b) { return internal::compareIgnoreCase(a, b); }
 
 int compareIgnoreCase(const std::string& a, const std::wstring& b) { return compareIgnoreCase(wide(a), b); }
 
-int compareIgnoreCase(const std::wstring& a, const std::wstring& b) { return compareFolded(a, b); }
+int compareIgnoreCase(const std::wstring& a, const std::wstring& b) {
+  const std::wstring_view viewA = a;
+  const std::wstring_view viewB = b;
+  return compareAt(viewA, viewB, findStop(viewA, viewB));
+}
 
 int compareIgnoreCase(const std::wstring& a, const std::string& b) { return compareIgnoreCase(a, wide(b)); }
 

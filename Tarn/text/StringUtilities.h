@@ -8,7 +8,9 @@
 #ifndef TARN_TEXT_STRINGUTILITIES_H_
 #define TARN_TEXT_STRINGUTILITIES_H_
 
+#include <concepts>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Tarn/Export.h"
@@ -98,6 +100,61 @@ TARN_API void replaceAll(std::wstring& text, const std::wstring& from, const std
 [[nodiscard]] TARN_API int compareIgnoreCase(const std::wstring& a, const std::wstring& b);
 /// The same, the second text decoded by `wide`, with its exception for bytes that are not UTF-8, anywhere in the text.
 [[nodiscard]] TARN_API int compareIgnoreCase(const std::wstring& a, const std::string& b);
+
+/// @name Of views
+/// What is said above of a text, of one that is a `std::string_view`, and where there are two, of one or both. They are
+/// templates so that literals and what else becomes a `std::string` go the way that they went.
+/// @{
+
+namespace internal {
+template <class T>
+concept View = std::same_as<T, std::string_view>;
+// One is a view, and the other becomes one at least.
+template <class A, class B>
+concept ViewPair =
+    (View<A> ||
+     View<B>)&&std::convertible_to<const A&, std::string_view>&& std::convertible_to<const B&, std::string_view>;
+
+TARN_API bool isAscii(std::string_view text);
+TARN_API int findAlphaNum(std::string_view text, int start);
+TARN_API int findNonWS(std::string_view text, int start);
+TARN_API int findValidNumberChar(std::string_view text, int start);
+TARN_API int findLastOf(std::string_view text, std::string_view needle);
+TARN_API int findLastOf(std::string_view text, char character, int start);
+TARN_API int compareIgnoreCase(std::string_view a, std::string_view b);
+TARN_API std::string_view trimmed(std::string_view text, bool front, bool end);
+}  // namespace internal
+
+[[nodiscard]] bool isAscii(internal::View auto text) { return internal::isAscii(text); }
+[[nodiscard]] int findAlphaNum(internal::View auto text, int start) { return internal::findAlphaNum(text, start); }
+[[nodiscard]] int findNonWS(internal::View auto text, int start) { return internal::findNonWS(text, start); }
+[[nodiscard]] int findValidNumberChar(internal::View auto text, int start) {
+  return internal::findValidNumberChar(text, start);
+}
+[[nodiscard]] int findLastOf(internal::View auto text, char character, int start) {
+  return internal::findLastOf(text, character, start);
+}
+template <class A, class B>
+requires internal::ViewPair<A, B>
+[[nodiscard]] int findLastOf(const A& text, const B& needle) { return internal::findLastOf(text, needle); }
+template <class A, class B>
+requires internal::ViewPair<A, B>
+[[nodiscard]] bool startsWith(const A& text, const B& prefix) {
+  return std::string_view(text).starts_with(std::string_view(prefix));
+}
+template <class A, class B>
+requires internal::ViewPair<A, B>
+[[nodiscard]] int compareIgnoreCase(const A& a, const B& b) { return internal::compareIgnoreCase(a, b); }
+[[nodiscard]] std::string ltrim_copy(internal::View auto text) {
+  return std::string(internal::trimmed(text, true, false));
+}
+[[nodiscard]] std::string rtrim_copy(internal::View auto text) {
+  return std::string(internal::trimmed(text, false, true));
+}
+[[nodiscard]] std::string trim_copy(internal::View auto text) {
+  return std::string(internal::trimmed(text, true, true));
+}
+/// @}
 
 }  // namespace Tarn
 

@@ -26,6 +26,12 @@ void requireSearches(const std::string& text, int start) {
   require(findAlphaNum(text, start) == search([](char c) { return findValue({c}) == 0; }), "the first of a value");
   require(findNonWS(text, start) == search([](char c) { return findVisible({c}) == 0; }), "the first visible one");
   require(findValidNumberChar(text, start) == search(isNumberChar), "the first of a number");
+  const std::string_view view = text;
+  require(findAlphaNum(view, start) == findAlphaNum(text, start) && findNonWS(view, start) == findNonWS(text, start) &&
+              findValidNumberChar(view, start) == findValidNumberChar(text, start) && isAscii(view) == isAscii(text) &&
+              findLastOf(view, 'a', start) == findLastOf(text, 'a', start) && trim_copy(view) == trim_copy(text) &&
+              ltrim_copy(view) == ltrim_copy(text) && rtrim_copy(view) == rtrim_copy(text),
+          "views are like strings");
   require(isAscii(text) == std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; }), "ASCII");
   for (const char c : {'a', '\0', '\xE9', text.empty() ? 'b' : text.back()}) {
     require(findLastOf(text, c, start) == plainFindLast(text, c, start), "the last character is strrchr's");
@@ -80,6 +86,13 @@ void checkStrings(Input input) {
   const std::string some = repeated(text.substr(0, 100), 10) + from;
   require(findLastOf(many + to, some) == plainFindLast(many + to, some), "the last of many needles is strstr's");
   requireReplacements(many + to, some, to);
+  // Parts of a text, behind which there is no end.
+  const std::string_view part = std::string_view(text).substr(0, text.size() / 2);
+  const std::string whole(part);
+  require(findLastOf(part, from) == findLastOf(whole, from) && startsWith(part, from) == startsWith(whole, from) &&
+              startsWith(text, part) && compareIgnoreCase(part, to) == compareIgnoreCase(whole, to) &&
+              compareIgnoreCase(to, part) == compareIgnoreCase(to, whole),
+          "views end where they end");
   requireTrims(text);
   requireReplacements(text, from, to);
   require(implode({text, from, to}, from) == text + from + from + from + to, "parts are joined");
