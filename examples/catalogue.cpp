@@ -35,30 +35,33 @@ Exit status: 0 all well, 1 some lines were skipped, or there is no such scan, 2 
 failed, 3 the file is damaged. Messages go to standard error, and so does a progress bar if that is a terminal.
 )";
 
-constexpr const char* kWriteHelp = R"(Usage: catalogue write [--rows N] [--json] FOLDER [LIST]
+constexpr const char* kWriteHelp = R"(Usage: catalogue write [--rows N] [--json] [--no-wait] FOLDER [LIST]
 
 Adds the scans of a list to the model in FOLDER, which must exist, and compares what the file then holds with what was
 written.
 
 LIST is a file, or standard input when it is missing or -. Each line is a scan, in UTF-8, with a tab between fields:
     name, time, then any number of key=value, such as
-    North tower <tab> 2024-03-05T14:07:09Z <tab> height=1.8 <tab> operator=Zofia
-The time is ISO 8601; its zone is ignored. Blank lines and those that begin with # do not count.
+    North tower <tab> 2024-03-05T14:07:09+01:00 <tab> height=1.8 <tab> operator=Zofia
+The time is ISO 8601, local where it names no zone. Blank lines and those that begin with # do not count.
 
 What the file holds already stays, and a scan whose name is taken is skipped like a line that cannot be read: a list can
-be run again. If reading or writing fails, the file is left as it was; a damaged one is not touched.
+be run again. If reading or writing fails or is interrupted, the file is left as it was; a damaged one is not touched.
+Where another program writes to the file, this one waits.
 
+    --no-wait   do not wait, but end with status 2
     --rows N    list at most N of the added scans (20)
     --json      print one object: list, added, skipped, stream, scans
 )";
 
-constexpr const char* kShowHelp = R"(Usage: catalogue show [--rows N] [--json] FOLDER [SCAN]
+constexpr const char* kShowHelp = R"(Usage: catalogue show [--rows N] [--json | --list] FOLDER [SCAN]
 
 Prints a table of all scans in the model in FOLDER, or all that is known of one. SCAN is its name, its uuid in either
 form, or its token.
 
     --rows N    list at most N scans
-    --json      print an object for each scan: token, uuid, name, time (local), properties
+    --json      print an object for each scan: token, uuid, name, time, properties
+    --list      print a list that `write` reads to the same scans, with other uuids
 )";
 
 constexpr const char* kVerifyHelp = R"(Usage: catalogue verify [--json] FOLDER
@@ -106,6 +109,10 @@ Options parseOptions(const Command& command, const std::vector<std::string>& arg
       optionsEnd = true;
     } else if (argument == "--json") {
       options.json = true;
+    } else if (argument == "--no-wait" && command.run == writeScans) {
+      options.noWait = true;
+    } else if (argument == "--list" && command.run == showScans) {
+      options.list = true;
     } else if (argument == "--rows" && command.takesRows) {
       options.rows = parseRows(++i < arguments.size() ? arguments[i] : "");
     } else {

@@ -80,7 +80,7 @@ void getPastBadRecords() {
   exactly << 0.1 + 0.2 << ' ' << exact(0.1 + 0.2);  // Six digits are written unless all are asked for.
   std::cout << exactly << '\n';                     //> 0.3 0.30000000000000004
 
-  const StringMap unlucky = {{"path", "C:\\\"dir\""}};  // A backslash before a double quote does not come back,
+  const StringMap unlucky = {{"path", R"(C:\"dir")"}};  // A backslash before a double quote does not come back,
   std::cout << comesBack(unlucky) << '\n';              //> 0
   std::cout << comesBack({{"a", "b"}}) << '\n';         //> 1
 }

@@ -44,12 +44,14 @@ struct KeyTableEntry {
 /// overlap any other on the same table. A table that was moved from is empty.
 class KeyTable {
  public:
+  /// An empty table, and copies. A copy that allocation keeps from being made changes nothing.
+  /// @{
   KeyTable() = default;
   KeyTable(const KeyTable&) = default;
   KeyTable(KeyTable&&) noexcept = default;
-  /// A copy that allocation keeps from being made changes nothing.
   KeyTable& operator=(const KeyTable& other) { return *this = KeyTable(other); }
   KeyTable& operator=(KeyTable&&) noexcept = default;
+  /// @}
   ~KeyTable() = default;
 
   /// A table filled by `addTable(entries)`.

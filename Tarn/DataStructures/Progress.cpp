@@ -15,7 +15,7 @@ bool moves(double difference) { return difference < 0.0 || difference > 0.0; }
 template <class Observer, class Value>
 class Pass {
  public:
-  Pass(const std::vector<Observer>& observers, const Value& value) : value_(value) {
+  Pass(const std::vector<Observer>& observers, Value value) : value_(std::move(value)) {
     if (observers.size() == 1) {
       only_ = observers.front();  // The usual case, without memory for a list.
     } else {

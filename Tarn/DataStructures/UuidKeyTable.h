@@ -37,12 +37,14 @@ namespace Tarn::DataStructures {
 /// that changes the table must not overlap any other on the same table. A table that was moved from is empty.
 class UuidKeyTable {
  public:
+  /// An empty table, and copies. A copy that allocation keeps from being made changes nothing.
+  /// @{
   UuidKeyTable() = default;
   UuidKeyTable(const UuidKeyTable&) = default;
   UuidKeyTable(UuidKeyTable&&) noexcept = default;
-  /// A copy that allocation keeps from being made changes nothing.
   UuidKeyTable& operator=(const UuidKeyTable& other) { return *this = UuidKeyTable(other); }
   UuidKeyTable& operator=(UuidKeyTable&&) noexcept = default;
+  /// @}
   ~UuidKeyTable() = default;
 
   /// Registers a pair. A uuid that is registered already keeps its first token. If it throws, nothing has changed.

@@ -34,7 +34,7 @@ bool toUtc(std::int64_t seconds, std::tm& fields) {
   return gmtime_r(&time, &fields) != nullptr;
 }
 
-std::int64_t offsetOf(const std::tm& fields, std::int64_t) { return fields.tm_gmtoff; }
+std::int64_t offsetOf(const std::tm& fields, std::int64_t /*seconds*/) { return fields.tm_gmtoff; }
 
 // By the offset of the day before, which nearly always holds, and is that of the first of two equal hours. `mktime`
 // takes longer, but knows what to do where clocks change and where seconds leap.

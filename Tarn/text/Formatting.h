@@ -40,7 +40,9 @@ class PrintF {
  public:
   /// The text of the format and its arguments.
   /// @{
-#if defined(__GNUC__)
+#if defined(__MINGW32__) && !defined(__clang__)
+  __attribute__((format(gnu_printf, 2, 3)))
+#elif defined(__GNUC__)
   __attribute__((format(printf, 2, 3)))
 #endif
   TARN_API explicit PrintF(const char* format, ...);

@@ -101,11 +101,6 @@ TARN_API void replaceAll(std::wstring& text, const std::wstring& from, const std
 /// The same, the second text decoded by `wide`, with its exception for bytes that are not UTF-8, anywhere in the text.
 [[nodiscard]] TARN_API int compareIgnoreCase(const std::wstring& a, const std::string& b);
 
-/// @name Of views
-/// What is said above of a text, of one that is a `std::string_view`, and where there are two, of one or both. They are
-/// templates so that literals and what else becomes a `std::string` go the way that they went.
-/// @{
-
 namespace internal {
 template <class T>
 concept View = std::same_as<T, std::string_view>;
@@ -125,6 +120,9 @@ TARN_API int compareIgnoreCase(std::string_view a, std::string_view b);
 TARN_API std::string_view trimmed(std::string_view text, bool front, bool end);
 }  // namespace internal
 
+/// The same of a text that is a `std::string_view`; where there are two, of one or both. Templates, so that literals
+/// and what else becomes a `std::string` go the way that they went.
+/// @{
 [[nodiscard]] bool isAscii(internal::View auto text) { return internal::isAscii(text); }
 [[nodiscard]] int findAlphaNum(internal::View auto text, int start) { return internal::findAlphaNum(text, start); }
 [[nodiscard]] int findNonWS(internal::View auto text, int start) { return internal::findNonWS(text, start); }

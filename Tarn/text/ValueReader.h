@@ -47,6 +47,14 @@ concept DecimalInteger = std::same_as<T, short> || std::same_as<T, unsigned shor
     std::same_as<T, unsigned> || std::same_as<T, long> || std::same_as<T, unsigned long> ||
     std::same_as<T, long long> || std::same_as<T, unsigned long long>;
 
+class ValueReader;
+
+/// Takes a value of any type that has no reader of its own, numbers among them, by the rules of `ValueReader`. A type
+/// of the program's own is read by its `operator>>` on `std::istream`; this operator comes before one that the program
+/// has for a base class of the type.
+template <class T>
+ValueReader& operator>>(ValueReader& reader, T& value);
+
 /// Takes values from the front of a text, by the rules of the buffer operators, without changing the text.
 ///
 ///     value                          skipped first                 taken
@@ -202,10 +210,6 @@ TARN_API ValueReader& operator>>(ValueReader& reader, JsonValue& value);
 /// The first character is taken as the opening brace, whatever it is. When a key occurs twice, its first value wins.
 TARN_API ValueReader& operator>>(ValueReader& reader, std::map<std::string, std::string>& value);
 TARN_API ValueReader& operator>>(ValueReader& reader, uuids::uuid& value);
-/// Every other type, numbers among them. A type of the program's own is read by its `operator>>` on `std::istream`;
-/// this operator comes before one that the program has for a base class of the type.
-template <class T>
-ValueReader& operator>>(ValueReader& reader, T& value);
 /// @}
 
 }  // namespace Tarn

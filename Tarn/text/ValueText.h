@@ -98,8 +98,8 @@ struct Exact {
   T value;  ///< Infinite ones and NaN are written, but not read.
 };
 
-/// @name Exact numbers
-/// The default form keeps six digits. This one keeps what was measured; both are read by the same rule.
+/// Writes a number so that it keeps what was measured: the default form keeps six digits. Both are read by the same
+/// rule.
 /// @{
 template <std::floating_point T>
 [[nodiscard]] constexpr Exact<T> exact(T value) noexcept {

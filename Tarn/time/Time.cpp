@@ -21,7 +21,7 @@ int order(const T& a, const T& b) {
 
 // The order of the local fields of two times, converting only where the zone can matter.
 int orderOfFields(double a, double b) {
-  constexpr std::int64_t kFarApart = 4 * 86400;  // More than zones' offsets can differ.
+  constexpr std::int64_t kFarApart = std::int64_t{4} * 86400;  // More than zones' offsets can differ.
   const std::int64_t secondsA = internal::calendarSeconds(a);
   const std::int64_t secondsB = internal::calendarSeconds(b);
   const bool bothAreIn = secondsA >= 0 && secondsB >= 0;

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "catalogue/FileLock.h"
 #include "catalogue/Output.h"
 #include "catalogue/Stream.h"
 #include "catalogue/Text.h"
@@ -53,7 +54,7 @@ std::filesystem::path streamIn(const std::filesystem::path& folder) {
 
 // Reads a whole stream into a model. What is not exactly as it would be written is a problem only if that is asked for.
 std::vector<Problem> load(const std::filesystem::path& path, Model& model, bool isStrict, Console& console) {
-  RecordReader reader(path, console);
+  RecordReader reader(path, isStrict, console);
   while (const auto record = reader.next()) {
     if (isStrict && !isTextOf(reader.text(), *record)) reader.report("the record is not what would be written for it");
     try {
@@ -124,6 +125,7 @@ Added addScans(LineReader& list, Model& model, Appender& stream, std::size_t row
     console.advance(list.done());
   }
   stream.finish();
+  FileLock::keepWhenInterrupted();
   return added;
 }
 
@@ -131,7 +133,9 @@ ExitStatus showScan(RecordReader& reader, const std::string& key, const Options&
   const std::optional<Record> found = findScan(reader, key);
   console.clear();
   if (found) {
-    std::cout << (options.json ? jsonOf(*found) + '\n' : detailsOf(*found));
+    std::cout << (options.list   ? listLineOf(found->scan) + '\n'
+                  : options.json ? jsonOf(*found) + '\n'
+                                 : detailsOf(*found));
   } else {
     console.say("catalogue: there is no scan " + inQuotes(key) + " in " + reader.name());
   }
@@ -151,19 +155,25 @@ ExitStatus writeScans(const Options& options, Console& console) {
   LineReader list(fromFile ? std::optional(pathOf(*options.argument)) : std::nullopt);
   const std::filesystem::path path = streamIn(options.folder);
   const std::string name = textOf(path);
+  const FileLock lock(path, [&] {
+    if (options.noWait) throw std::runtime_error("another program writes to " + name);
+    console.say("catalogue: waiting for another program that writes to " + name);
+  });
+  if (!fromFile && isTerminal(0)) console.say("catalogue: reading a list from the terminal, up to its end");
   // A list of unknown size counts as 0, and then no share is known. Its bytes cost more than those of the stream.
-  const double oldSize = exists(path) ? static_cast<double>(file_size(path)) : 0.0;
+  const double oldSize = static_cast<double>(file_size(path));
   const double listSize = 2.5 * static_cast<double>(list.size());
   const double oldShare = listSize > 0.0 ? oldSize / (oldSize + listSize) : 0.0;
 
   Model model;
   console.begin("Reading the stream", oldShare);
-  if (exists(path) && !load(path, model, false, console).empty()) {
+  if (!lock.isNew() && !load(path, model, false, console).empty()) {
     console.say("catalogue: " + name + " is damaged; nothing was written");
     return kDamaged;
   }
   console.begin("Writing scans", 1.0 - oldShare);
-  Appender stream(path);
+  lock.undoWhenInterrupted();
+  Appender stream(path, lock.isNew());
   const Added added = addScans(list, model, stream, options.rows.value_or(20), console);
   console.clear();
   if (!stream.readBack()) {
@@ -191,7 +201,7 @@ ExitStatus writeScans(const Options& options, Console& console) {
 
 ExitStatus showScans(const Options& options, Console& console) {
   console.begin("Reading the stream", 1.0);
-  RecordReader reader(streamIn(options.folder), console);
+  RecordReader reader(streamIn(options.folder), true, console);
   if (options.argument) return showScan(reader, *options.argument, options, console);
 
   const std::size_t rows = options.rows.value_or(std::numeric_limits<std::size_t>::max());
@@ -199,7 +209,9 @@ ExitStatus showScans(const Options& options, Console& console) {
   std::uint64_t count = 0;
   for (; auto record = reader.next(); ++count) {
     if (count >= rows) continue;
-    if (options.json) {
+    if (options.list) {
+      std::cout << listLineOf(record->scan) << '\n';
+    } else if (options.json) {
       std::cout << jsonOf(*record) << '\n';
     } else {
       table.add(std::move(*record));
@@ -208,7 +220,7 @@ ExitStatus showScans(const Options& options, Console& console) {
   }
   console.clear();
   table.finish();
-  if (!options.json) {
+  if (!options.json && !options.list) {
     if (count > rows) std::cout << "... and " << count - rows << " more\n";
     std::cout << reader.name() << ": " << count << " scans\n";
   }

@@ -18,6 +18,8 @@ struct Options {
   std::optional<std::string> argument;  // The list to write, or the scan to show.
   std::optional<std::size_t> rows;
   bool json = false;
+  bool list = false;    // Shown as a list that can be written.
+  bool noWait = false;  // For another writer.
 };
 
 // Adds the scans of a list to the stream, and compares what the file then holds with what was written.

@@ -31,13 +31,6 @@ std::vector<std::string> commonKeys(const std::vector<Record>& records) {
   return keys;
 }
 
-// Local time to the millisecond: 2024-03-05T14:07:09.042
-std::string exactTime(const Tarn::Time& time) {
-  std::string text = time.getTimeStr8() + std::string(PrintF(".%03d", time.getMSec()));
-  text[10] = 'T';
-  return text;
-}
-
 }  // namespace
 
 void Table::add(Record record) {
@@ -86,7 +79,7 @@ std::string detailsOf(const Record& record) {
   const auto& [token, id, scan] = record;
   std::vector<Row> rows = {{"token", std::to_string(token)},
                            {"uuid", id.string() + " or " + id.toShortString()},
-                           {"time", exactTime(scan.time)}};
+                           {"time", Tarn::isoText(scan.time)}};
   const std::size_t own = rows.size();
   for (const auto& [key, value] : scan.properties)
     rows.push_back({shortened(key, std::string::npos), shortened(value, std::string::npos)});
@@ -109,7 +102,7 @@ std::string jsonOf(const Record& record) {
   return jsonObject({{"token", std::to_string(token)},
                      {"uuid", jsonText(id.string())},
                      {"name", jsonText(scan.name())},
-                     {"time", jsonText(exactTime(scan.time))},
+                     {"time", jsonText(Tarn::isoText(scan.time))},
                      {"properties", jsonObject(properties)}});
 }
 

@@ -30,19 +30,18 @@ void checkCharacters(std::string_view line) {
   }
 }
 
-// A text that is no time reads as the epoch, and a date such as February 30 as another one.
-Time parseTime(std::string_view text) {
+Time timeOf(std::string_view text) {
   if (text.empty()) throw ScanError("the time is missing");
-  const Time time = Time::fromIsoTimeStrIgnoringTimeZone(std::string(text));
-  if (time.getLastTime() == 0.0) {
-    throw ScanError(inQuotes(text) + " is no time such as 2024-03-05T14:07:09Z from 1970-01-02 on");
+  const std::optional<Time> time = parseTime(text);
+  if (!time) throw ScanError(inQuotes(text) + " is no time such as 2024-03-05T14:07:09+01:00");
+  std::string written;
+  written << *time;
+  ValueReader reader(written);
+  const auto back = reader.tryRead<Time>();  // The stream does not say the zone.
+  if (!back || Time::compare(*back, *time) != 0) {
+    throw ScanError(inQuotes(text) + " is not from 1970-01-02 to 3000-12-30, which can be stored");
   }
-  std::string shown(text.substr(0, 19));
-  shown[10] = ' ';
-  if (time.getTimeStr8() != shown) {
-    throw ScanError(inQuotes(text) + " is not on the calendar, or skipped where this computer's clocks go forward");
-  }
-  return time;
+  return *time;
 }
 
 void addProperty(StringMap& properties, std::string_view field) {
@@ -64,13 +63,21 @@ Scan parseScan(std::string_view line) {
   const std::string name(takeField(line));
   if (Tarn::trim_copy(name).empty()) throw ScanError("the name is empty");
   scan.properties.emplace(kName, name);
-  scan.time = parseTime(takeField(line));
+  scan.time = timeOf(takeField(line));
   while (!line.empty()) {
     // Spreadsheets fill short rows with empty fields.
     const std::string_view field = takeField(line);
     if (!field.empty()) addProperty(scan.properties, field);
   }
   return scan;
+}
+
+std::string listLineOf(const Scan& scan) {
+  std::string line = scan.name() + '\t' + isoText(scan.time);
+  for (const auto& [key, value] : scan.properties) {
+    if (key != kName) line << '\t' << key << '=' << value;
+  }
+  return line;
 }
 
 std::string recordText(const Record& record) {

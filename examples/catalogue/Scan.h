@@ -46,6 +46,9 @@ struct Record {
 //
 //     00112233-4455-6677-8899-aabbccddeeff
 //     { "height"=>"1.8" "name"=>"T\u00FCrmchen" } 5.3.2024 14:7:9:0
+// The line of a list that is the scan.
+std::string listLineOf(const Scan& scan);
+
 std::string recordText(const Record& record);
 
 // The record that two lines hold, each with its end, or nothing if they hold anything else.

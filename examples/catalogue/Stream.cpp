@@ -5,6 +5,8 @@
 #include <system_error>
 #include <utility>
 
+#include "catalogue/FileLock.h"
+
 namespace catalogue {
 
 namespace StreamNames = Tarn::DataStructures::StreamNames;
@@ -45,7 +47,8 @@ bool LineReader::next() {
 
 double LineReader::done() const { return size_ == 0 ? 0.0 : static_cast<double>(end_) / static_cast<double>(size_); }
 
-RecordReader::RecordReader(const std::filesystem::path& path, Console& console) : lines_(path), console_(console) {
+RecordReader::RecordReader(const std::filesystem::path& path, bool mayGrow, Console& console)
+    : path_(path), mayGrow_(mayGrow), lines_(path), console_(console) {
   if (lines_.next() && lines_.line().hasEnd && lines_.line().text == StreamNames::S_SCAN_HEADER) return;
   report("the stream does not begin with the header of scan data");
   isLost_ = true;
@@ -63,6 +66,7 @@ std::optional<Record> RecordReader::next() {
     const bool isWhole = hasBody && lines_.line().hasEnd;
     std::optional<Record> record = isWhole ? parseRecord(text_) : std::nullopt;
     console_.advance(lines_.done());
+    if (!isWhole && !lines_.line().hasEnd && mayGrow_ && FileLock::isHeld(path_)) return std::nullopt;
     isLost_ = !record;
     if (record) {
       record->token = records_++;
@@ -78,8 +82,8 @@ void RecordReader::report(const std::string& reason) {
   console_.say(lines_.name() + ':' + std::to_string(line_) + ": byte " + std::to_string(byte_) + ": " + reason);
 }
 
-Appender::Appender(std::filesystem::path path)
-    : path_(std::move(path)), isNew_(!exists(path_)), oldSize_(isNew_ ? 0 : file_size(path_)) {
+Appender::Appender(std::filesystem::path path, bool isNew)
+    : path_(std::move(path)), isNew_(isNew), oldSize_(file_size(path_)) {
   errno = 0;
   out_.open(path_, std::ios::binary | std::ios::app);
   if (!out_) throwIoError("cannot write " + textOf(path_));

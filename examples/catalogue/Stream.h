@@ -63,7 +63,8 @@ struct Problem {
 // next line that is a uuid. The console is told each problem, and how reading gets on.
 class RecordReader {
  public:
-  RecordReader(const std::filesystem::path& path, Console& console);
+  // Of a stream that may grow meanwhile, an unfinished record at the end is none.
+  RecordReader(const std::filesystem::path& path, bool mayGrow, Console& console);
 
   std::optional<Record> next();
 
@@ -75,6 +76,8 @@ class RecordReader {
   [[nodiscard]] const std::string& name() const { return lines_.name(); }
 
  private:
+  std::filesystem::path path_;
+  bool mayGrow_;
   LineReader lines_;
   Console& console_;
   std::vector<Problem> problems_;
@@ -85,10 +88,10 @@ class RecordReader {
   bool isLost_ = false;
 };
 
-// Appends to a file in large pieces. Unless it is finished, the file ends up as it was.
+// Appends to a file, whose lock is held, in large pieces. Unless it is finished, the file ends up as it was.
 class Appender {
  public:
-  explicit Appender(std::filesystem::path path);
+  Appender(std::filesystem::path path, bool isNew);
   Appender(const Appender&) = delete;
   Appender& operator=(const Appender&) = delete;
   ~Appender();

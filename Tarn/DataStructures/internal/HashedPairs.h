@@ -29,11 +29,11 @@ class HashIndex {
     std::uint32_t pair = 0;  // None.
   };
 
-  std::size_t size() const noexcept;
+  [[nodiscard]] std::size_t size() const noexcept;
 
   // The slot with that hash whose pair matches, or null. Valid until the next change.
   template <class Matches>
-  const Slot* find(std::uint32_t hash, Matches matches) const noexcept;
+  [[nodiscard]] const Slot* find(std::uint32_t hash, Matches matches) const noexcept;
 
   // Makes room for one pair more. If it throws, nothing has changed.
   void reserveOne();
@@ -51,7 +51,7 @@ class HashIndex {
   void renumber(Renumber renumbered) noexcept;
 
  private:
-  const Slot* search(std::uint32_t hash) const noexcept;
+  [[nodiscard]] const Slot* search(std::uint32_t hash) const noexcept;
   void rehash(std::size_t homes, std::size_t tail);
 
   std::vector<Slot> slots_;  // The last is empty.
@@ -76,16 +76,16 @@ class HashedPairs {
  public:
   using Number = std::uint32_t;
 
-  std::size_t tokens() const noexcept;
-  std::size_t keys() const noexcept;
+  [[nodiscard]] std::size_t tokens() const noexcept;
+  [[nodiscard]] std::size_t keys() const noexcept;
 
   // The pair of a token or of a key, or 0. A key is a `std::string_view`, or a uuid.
-  Number find(std::uint64_t token) const noexcept;
+  [[nodiscard]] Number find(std::uint64_t token) const noexcept;
   template <class Key>
-  Number find(const Key& key) const noexcept;
+  [[nodiscard]] Number find(const Key& key) const noexcept;
 
-  std::uint64_t token(Number pair) const noexcept;
-  std::string_view key(Number pair) const noexcept;
+  [[nodiscard]] std::uint64_t token(Number pair) const noexcept;
+  [[nodiscard]] std::string_view key(Number pair) const noexcept;
 
   // Adds a pair; its key leads to it unless it leads to another one already. False, and nothing changes, if the token
   // is there. `prepare` is called before anything changes and may throw; if anything throws, nothing has changed.

@@ -88,19 +88,18 @@ void HashIndex::renumber(Renumber renumbered) noexcept {
 }
 
 inline void HashIndex::rehash(std::size_t homes, std::size_t tail) {
-  std::vector<Slot> slots(homes + std::max<std::size_t>(tail, 3));
   const int shift = 64 - std::countr_zero(homes);
-  const std::size_t size = this->size();
+  std::vector<Slot> slots(homes + std::max<std::size_t>(tail, 3));
   std::size_t next = 0;
   for (const Slot& slot : slots_) {
     if (slot.pair == 0) continue;
     next = std::max(next, homeOf(slot.hash, shift));
-    if (next + 3 > slots.size()) return rehash(homes, tail + kTail);
+    if (next + 3 > slots.size()) slots.resize(slots.size() + kTail);
     slots[next++] = slot;
   }
+  size_ = size();
   slots_.swap(slots);
   homes_ = homes;
-  size_ = size;
   shift_ = shift;
 }
 

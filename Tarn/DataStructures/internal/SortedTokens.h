@@ -27,7 +27,7 @@ namespace Tarn::internal {
 class SortedTokens {
  public:
   // The token that so many others stand before, or null. Valid until the next change.
-  const std::uint64_t* at(std::uint64_t position) const noexcept;
+  [[nodiscard]] const std::uint64_t* at(std::uint64_t position) const noexcept;
 
   // It must not be there.
   void insert(std::uint64_t token);
@@ -41,7 +41,7 @@ class SortedTokens {
     std::vector<std::uint64_t> tokens;
   };
 
-  std::size_t blockOf(std::uint64_t token) const noexcept;
+  [[nodiscard]] std::size_t blockOf(std::uint64_t token) const noexcept;
   void split(std::size_t block, std::uint64_t token);
   bool joinNext(std::size_t block) noexcept;
   void eraseBlock(std::size_t block) noexcept;

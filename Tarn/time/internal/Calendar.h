@@ -4,10 +4,10 @@
 #ifndef TARN_TIME_INTERNAL_CALENDAR_H_
 #define TARN_TIME_INTERNAL_CALENDAR_H_
 
-#include <compare>
 #include <cstdint>
 #include <ctime>
 #include <optional>
+#include <tuple>
 
 namespace Tarn::internal {
 
@@ -36,7 +36,12 @@ struct CalendarFields {
   int minute = 0;
   int second = 0;
 
-  friend auto operator<=>(const CalendarFields&, const CalendarFields&) = default;
+  friend bool operator<(const CalendarFields& a, const CalendarFields& b) {
+    const auto inOrder = [](const CalendarFields& f) {
+      return std::tie(f.year, f.month, f.day, f.hour, f.minute, f.second);
+    };
+    return inOrder(a) < inOrder(b);
+  }
 };
 
 // Local fields, and how many seconds they are ahead of UTC.
