@@ -163,8 +163,8 @@ char* takeEscape(const char*& at, const char* end, char* out, bool unicodeEscape
   }
 }
 
-// How much `isClean` looks at, and how much it speaks of: behind a backslash it has to see the five bytes of the longest
-// escape, of which the sixth byte from the end is the first that it cannot.
+// How much `isClean` looks at, and how much it speaks of: behind a backslash it has to see the five bytes of the
+// longest escape, of which the sixth byte from the end is the first that it cannot.
 constexpr std::ptrdiff_t kWindow = 64;
 constexpr std::ptrdiff_t kCleanSize = kWindow - 6;
 
@@ -215,7 +215,7 @@ const char* findMalformed(const char* at, const char* end, bool unicodeEscapes) 
 char* copyPlain(const char*& at, const char* end, char* out) {
   for (; end - at >= internal::kBlockSize; at += internal::kBlockSize, out += internal::kBlockSize) {
     const auto block = internal::Block::load(at);
-    const auto found = kBackslash.in(block);
+    const auto found = decltype(kBackslash)::in(block);
     block.store(out);
     if (found.any()) {
       at += found.first();
@@ -226,12 +226,12 @@ char* copyPlain(const char*& at, const char* end, char* out) {
   return out;
 }
 
-// The same within one text, `out` not being behind `at`. A block with a backslash must not be stored where it would cover
-// what has not been read.
+// The same within one text, `out` not being behind `at`. A block with a backslash must not be stored where it would
+// cover what has not been read.
 char* movePlain(const char*& at, const char* end, char* out) {
   for (; end - at >= internal::kBlockSize; at += internal::kBlockSize, out += internal::kBlockSize) {
     const auto block = internal::Block::load(at);
-    const auto found = kBackslash.in(block);
+    const auto found = decltype(kBackslash)::in(block);
     if (found.any()) {
       const std::size_t size = found.first();
       if (at - out < internal::kBlockSize) {

@@ -19,8 +19,6 @@ namespace {
 
 using internal::isOf;
 
-using internal::kNone;
-
 // A position as the interface gives it: -1 for none, and for one that an int cannot hold.
 int toPosition(std::size_t position) { return position <= INT_MAX ? static_cast<int>(position) : -1; }
 

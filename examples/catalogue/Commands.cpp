@@ -161,7 +161,7 @@ ExitStatus writeScans(const Options& options, Console& console) {
   });
   if (!fromFile && isTerminal(0)) console.say("catalogue: reading a list from the terminal, up to its end");
   // A list of unknown size counts as 0, and then no share is known. Its bytes cost more than those of the stream.
-  const double oldSize = static_cast<double>(file_size(path));
+  const auto oldSize = static_cast<double>(file_size(path));
   const double listSize = 2.5 * static_cast<double>(list.size());
   const double oldShare = listSize > 0.0 ? oldSize / (oldSize + listSize) : 0.0;
 

@@ -12,7 +12,7 @@ namespace catalogue {
 class FileLock {
  public:
   // Calls `wait`, which may throw, before it waits for somebody else who holds the lock.
-  FileLock(const std::filesystem::path& path, const std::function<void()>& wait);
+  FileLock(std::filesystem::path path, const std::function<void()>& wait);
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;
   // A file that it made and that is still empty goes.
@@ -30,7 +30,7 @@ class FileLock {
 
  private:
   std::filesystem::path path_;
-  std::intptr_t handle_;
+  std::intptr_t handle_ = -1;
   bool isNew_ = false;
 };
 

@@ -8,8 +8,6 @@
 
 namespace catalogue {
 
-using Tarn::PrintF;
-
 namespace {
 
 constexpr std::size_t kFirst = 1000;

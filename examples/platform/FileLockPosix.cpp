@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <utility>
 
 #include "catalogue/FileLock.h"
 #include "catalogue/Stream.h"
@@ -21,8 +22,8 @@ extern "C" void undo(int signal) {
     const int ignored = newPath != nullptr ? unlink(newPath) : ftruncate(undoDescriptor, undoSize);
     static_cast<void>(ignored);
   }
-  std::signal(signal, SIG_DFL);
-  raise(signal);
+  static_cast<void>(std::signal(signal, SIG_DFL));
+  static_cast<void>(raise(signal));
 }
 
 bool isSameFile(int descriptor, const char* path) {
@@ -36,7 +37,7 @@ bool isSameFile(int descriptor, const char* path) {
 
 namespace catalogue {
 
-FileLock::FileLock(const std::filesystem::path& path, const std::function<void()>& wait) : path_(path), handle_(-1) {
+FileLock::FileLock(std::filesystem::path path, const std::function<void()>& wait) : path_(std::move(path)) {
   for (bool hasWaited = false;;) {
     int descriptor = open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     isNew_ = descriptor >= 0;
@@ -68,7 +69,7 @@ void FileLock::undoWhenInterrupted() const {
   undoSize = lseek(static_cast<int>(handle_), 0, SEEK_END);
   newPath = isNew_ ? path_.c_str() : nullptr;
   undoDescriptor = static_cast<int>(handle_);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, undo);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) static_cast<void>(std::signal(signal, undo));
 }
 
 void FileLock::keepWhenInterrupted() { undoDescriptor = -1; }

@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "catalogue/FileLock.h"
 #include "catalogue/Stream.h"
@@ -38,11 +39,11 @@ HANDLE handleOf(std::intptr_t handle) { return reinterpret_cast<HANDLE>(handle);
 
 namespace catalogue {
 
-FileLock::FileLock(const std::filesystem::path& path, const std::function<void()>& wait) : path_(path), handle_(0) {
-  const HANDLE file = openShared(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
+FileLock::FileLock(std::filesystem::path path, const std::function<void()>& wait) : path_(std::move(path)) {
+  const HANDLE file = openShared(path_, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
   if (file == INVALID_HANDLE_VALUE) {
     errno = EACCES;
-    throwIoError("cannot write " + textOf(path));
+    throwIoError("cannot write " + textOf(path_));
   }
   isNew_ = GetLastError() != ERROR_ALREADY_EXISTS;
   handle_ = reinterpret_cast<std::intptr_t>(file);
