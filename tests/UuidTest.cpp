@@ -23,6 +23,17 @@ using Bytes = std::array<unsigned char, 16>;
 
 static_assert(std::is_trivially_copyable_v<uuid> && std::is_nothrow_default_constructible_v<uuid> &&
               sizeof(uuid) == 16);
+static_assert(noexcept(parseUuid("")) && noexcept(uuid(Bytes{})) && noexcept(uuid(std::array<std::byte, 16>{})) && noexcept(uuid(
+    uuid()
+        .as_bytes())) && noexcept(uuid() ==
+                                  uuid()) && noexcept(uuid() <=>
+                                                      uuid()) && noexcept(uuid()
+                                                                              .hash()) && noexcept(uuid()
+                                                                                                       .variant()) && noexcept(uuid()
+                                                                                                                                   .version()) && noexcept(uuid()
+                                                                                                                                                               .is_nil()) && noexcept(std::declval<uuid&>()
+                                                                                                                                                                                          .swap(std::declval<
+                                                                                                                                                                                                uuid&>())));
 static_assert(!std::is_convertible_v<const Bytes&, uuid> && !std::is_convertible_v<const unsigned char (&)[16], uuid> &&
               !std::is_convertible_v<std::span<unsigned char, 16>, uuid>);
 static_assert(uuid(Bytes{0x80}) > uuid(Bytes{0x7F, 0xFF}) && uuid(Bytes{0, 1}) != uuid());
