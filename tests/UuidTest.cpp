@@ -23,7 +23,7 @@ using Bytes = std::array<unsigned char, 16>;
 
 static_assert(std::is_trivially_copyable_v<uuid> && std::is_nothrow_default_constructible_v<uuid> &&
               sizeof(uuid) == 16);
-static_assert(noexcept(parseUuid("")) && noexcept(uuid(Bytes{})) && noexcept(uuid(std::array<std::byte, 16>{})) && noexcept(uuid(
+static_assert(noexcept(parseUuid(std::string_view())) && noexcept(uuid(Bytes{})) && noexcept(uuid(std::array<std::byte, 16>{})) && noexcept(uuid(
     uuid()
         .as_bytes())) && noexcept(uuid() ==
                                   uuid()) && noexcept(uuid() <=>
