@@ -379,6 +379,10 @@ TEST(Time, MeetsTheSystemClock) {
   }
   EXPECT_EQ(at(1709647629.5).toTimePoint(), Clock::time_point(std::chrono::milliseconds(1709647629500)));
   EXPECT_EQ(at(1e300).toTimePoint(), Clock::time_point::max());
+  for (const long long last : {9223372036, -9223372036}) {  // Whole seconds in 64 bits of nanoseconds.
+    if (Clock::period::den != 1'000'000'000) break;
+    EXPECT_EQ(at(static_cast<double>(last)).toTimePoint(), Clock::time_point(std::chrono::seconds(last)));
+  }
   EXPECT_EQ(at(-std::numeric_limits<double>::infinity()).toTimePoint(), Clock::time_point::min());
   EXPECT_EQ(at(std::numeric_limits<double>::quiet_NaN()).toTimePoint(), Clock::time_point());
 }

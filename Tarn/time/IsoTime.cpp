@@ -92,15 +92,13 @@ std::optional<std::int64_t> secondsAt(const CalendarFields& fields, std::optiona
 }  // namespace
 
 Time Time::fromIsoTimeStrIgnoringTimeZone(const std::string& text) {
-  Time time;
   for (std::string_view rest = text;;) {
     const std::string_view line = rest.substr(0, rest.find('\n'));
     const auto found = fieldsOf(line);
     if (found && found->separator == 't' && offsetOf(line.substr(kFieldsSize))) {
-      time.setTime(internal::timeAtLocal(found->fields, 0));
-      return time;
+      return Time(internal::timeAtLocal(found->fields, 0));
     }
-    if (line.size() == rest.size()) return time;
+    if (line.size() == rest.size()) return {};
     rest.remove_prefix(line.size() + 1);
   }
 }
@@ -117,9 +115,7 @@ std::optional<Time> parseTime(std::string_view text) {
   if (!fraction || (!isOffset && !text.empty())) return std::nullopt;
   const std::optional<std::int64_t> seconds = secondsAt(fields, offset);
   if (!seconds) return std::nullopt;
-  Time time;
-  time.setTime(internal::timeOfTicks(*seconds, *fraction));
-  return time;
+  return Time(internal::timeOfTicks(*seconds, *fraction));
 }
 
 }  // namespace Tarn

@@ -31,7 +31,9 @@ int orderOfFields(double a, double b) {
 
 }  // namespace
 
-Time::Time() : Time(0.0, realTimeToMonotonic(0.0)) {}
+Time::Time() : Time(0.0) {}
+
+Time::Time(double absolute) : Time(absolute, realTimeToMonotonic(absolute)) {}
 
 Time::Time(SystemClock::time_point time) {
   const auto whole = std::chrono::floor<std::chrono::seconds>(time);
@@ -42,9 +44,10 @@ Time::Time(SystemClock::time_point time) {
 SystemClock::time_point Time::toTimePoint() const {
   using Ticks = SystemClock::duration;
   const double ticks = absTime * (static_cast<double>(Ticks::period::den) / static_cast<double>(Ticks::period::num));
-  if (!(ticks > -9.2e18)) return ticks == ticks ? SystemClock::time_point::min() : SystemClock::time_point();
-  if (ticks > 9.2e18) return SystemClock::time_point::max();
-  const auto seconds = static_cast<std::int64_t>(std::floor(absTime));
+  constexpr double kLimit = 9223372036854775808.0;  // 2 to the power of 63.
+  if (!(ticks > -kLimit)) return ticks == ticks ? SystemClock::time_point::min() : SystemClock::time_point();
+  if (ticks >= kLimit) return SystemClock::time_point::max();
+  const auto seconds = static_cast<std::int64_t>(absTime);
   const std::chrono::duration<double> fraction(absTime - static_cast<double>(seconds));
   return SystemClock::time_point(std::chrono::seconds(seconds)) + std::chrono::round<Ticks>(fraction);
 }
@@ -54,10 +57,7 @@ Time Time::now() {
   return {current, calcCurrentMonotonicTimeStatic()};
 }
 
-void Time::setTime(double seconds) {
-  absTime = seconds;
-  monotonicTime = realTimeToMonotonic(seconds);
-}
+void Time::setTime(double seconds) { *this = Time(seconds); }
 
 void Time::setTime(const long long& seconds) { setTime(static_cast<double>(seconds)); }
 

@@ -141,7 +141,9 @@ class Time {
  private:
   // For `ValueReader::tryRead`.
   TARN_API friend bool takeWhole(ValueReader& reader, Time& time);
+  TARN_API friend std::optional<Time> parseTime(std::string_view text);
 
+  explicit TARN_API Time(double absolute);
   Time(double absolute, double monotonic) : absTime(absolute), monotonicTime(monotonic) {}
 
   TARN_API void saveCurrentTime();
@@ -188,7 +190,8 @@ TARN_API ValueReader& operator>>(ValueReader& reader, Time& time);
 ///
 /// Date, `T`, `t` or a space, and time of day; then a fraction of a second of any length, and an offset from UTC, or
 /// neither. Without an offset it is local time, as `setTime` takes it, of 1970 to 3000. Fields have to be in their
-/// ranges, February 29 in leap years only. A leap second, 23:59:60 UTC, counts as the second behind it.
+/// ranges, February 29 in leap years only. A leap second, 23:59:60 UTC, counts as the second behind it, unless the
+/// system's clock counts leap seconds (a "right" zone) and has one there.
 [[nodiscard]] TARN_API std::optional<Time> parseTime(std::string_view text);
 /// @}
 

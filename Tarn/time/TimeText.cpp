@@ -178,11 +178,7 @@ namespace {
 struct Numbers {
   int day = 0, month = 0, year = 0, hour = 0, minute = 0, second = 0, millisecond = 0;
 
-  [[nodiscard]] Time time() const {
-    Time result;
-    result.setTime(year, month, day, hour, minute, second, millisecond);
-    return result;
-  }
+  void setTo(Time& time) const { time.setTime(year, month, day, hour, minute, second, millisecond); }
 };
 
 // What could not be read contributes 0, also where the nearest `int` was put in its place. False if it could not.
@@ -245,7 +241,7 @@ bool takeWritten(ValueReader& reader, Numbers& numbers) {
 std::istream& operator>>(std::istream& stream, Time& time) {
   Numbers numbers;
   takeNumbers(stream, numbers);
-  time = numbers.time();
+  numbers.setTo(time);
   return stream;
 }
 
@@ -255,7 +251,7 @@ ValueReader& operator>>(ValueReader& reader, Time& time) {
     numbers = {};
     takeNumbers(reader, numbers);
   }
-  time = numbers.time();
+  numbers.setTo(time);
   return reader;
 }
 
@@ -266,7 +262,7 @@ bool takeWhole(ValueReader& reader, Time& time) {
   } catch (const std::out_of_range&) {
     return false;
   }
-  time = numbers.time();
+  numbers.setTo(time);
   return true;
 }
 
