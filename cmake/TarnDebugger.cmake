@@ -12,3 +12,11 @@ set(is_msvc "$<CXX_COMPILER_ID:MSVC>")
 target_sources(TarnDataStructures INTERFACE
   "$<BUILD_INTERFACE:$<${is_msvc}:${PROJECT_SOURCE_DIR}/debugger/${natvis}>>"
   "$<INSTALL_INTERFACE:$<${is_msvc}:$<INSTALL_PREFIX>/${natvis_dir}/${natvis}>>")
+
+# Only the library knows its classes that have virtual functions: it describes them, built with debug information or not.
+if(BUILD_SHARED_LIBS AND NOT MSVC AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+  set(types "${PROJECT_SOURCE_DIR}/debugger/types.cpp")
+  target_sources(TarnDataStructures PRIVATE "${types}")
+  set_source_files_properties("${types}" PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON COMPILE_OPTIONS
+    "-g;-gz;-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.;$<IF:$<CXX_COMPILER_ID:Clang>,-fstandalone-debug,-femit-class-debug-always>")
+endif()

@@ -1,5 +1,6 @@
 # Headers, library, package configuration, pkg-config file and what debuggers use. Paths are relative, so that the tree
-# can be moved. The component `runtime` is what programs need, `dev` what it takes to build them.
+# can be moved; the shared and the static library may share it. The component `runtime` is what programs need, `dev`
+# what it takes to build them.
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
@@ -9,7 +10,13 @@ install(TARGETS TarnDataStructures EXPORT TarnDataStructuresTargets
         LIBRARY COMPONENT runtime NAMELINK_COMPONENT dev
         ARCHIVE COMPONENT dev
         FILE_SET HEADERS COMPONENT dev)
-install(EXPORT TarnDataStructuresTargets NAMESPACE Tarn:: DESTINATION "${package_dir}" COMPONENT dev)
+if(BUILD_SHARED_LIBS)
+  set(kind shared)
+else()
+  set(kind static)
+endif()
+install(EXPORT TarnDataStructuresTargets FILE TarnDataStructures-${kind}.cmake NAMESPACE Tarn::
+        DESTINATION "${package_dir}" COMPONENT dev)
 
 configure_package_config_file(cmake/TarnDataStructuresConfig.cmake.in TarnDataStructuresConfig.cmake
                               INSTALL_DESTINATION "${package_dir}")

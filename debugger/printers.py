@@ -1,4 +1,5 @@
-"""How GDB shows this library's values: a uuid as its canonical text, a Time as local time, a key table as its pairs.
+"""How GDB shows this library's values: a uuid as its canonical text, a Time as local time, a key table as its pairs, a
+progress by where it stands and who watches it.
 
 Installed as a script of the shared library, which GDB loads by itself where it trusts the folder: see docs/debugger.md.
 """
@@ -84,21 +85,53 @@ class UuidKeyTablePrinter(TablePrinter):
         return characters.cast(gdb.lookup_type('Tarn::uuids::uuid').pointer()).dereference()
 
 
-def where_shown(printer):
-    """Without the printers of the standard library, a table is shown as it is."""
+class ProgressPrinter:
+    def __init__(self, progress):
+        self.progress = progress
 
-    def printer_of(table):
-        return printer(table) if gdb.default_visualizer(table['pairs_']['words_']) else None
+    def to_string(self):
+        return 'Progress'
+
+    def children(self):
+        yield 'value', self.progress['value_']
+        yield 'step', self.progress['step_']
+        yield 'value observers', len(list(elements(self.progress['progressObservers_'])))
+        yield 'step observers', len(list(elements(self.progress['stepObservers_'])))
+
+
+class PartialProgressPrinter(ProgressPrinter):
+    def to_string(self):
+        return 'PartialProgress'
+
+    def children(self):
+        yield from super().children()
+        yield 'share', self.progress['share_']
+        yield 'parent', self.progress['parent_']
+
+
+def where_shown(printer, container):
+    """Without the type, or the printers of the standard library, a value is shown as it is."""
+
+    def printer_of(value):
+        if not value.type.strip_typedefs().fields():
+            return None
+        return printer(value) if gdb.default_visualizer(container(value)) else None
 
     return printer_of
 
 
 def printers():
     collection = gdb.printing.RegexpCollectionPrettyPrinter('TarnDataStructures')
-    collection.add_printer('uuid', '^Tarn::uuids::uuid$', UuidPrinter)
-    collection.add_printer('Time', '^Tarn::Time$', TimePrinter)
-    collection.add_printer('KeyTable', '^Tarn::DataStructures::KeyTable$', where_shown(KeyTablePrinter))
-    collection.add_printer('UuidKeyTable', '^Tarn::DataStructures::UuidKeyTable$', where_shown(UuidKeyTablePrinter))
+
+    def add(name, printer):
+        collection.add_printer(name, '^Tarn::%s$' % name, printer)
+
+    add('uuids::uuid', UuidPrinter)
+    add('Time', TimePrinter)
+    for table in KeyTablePrinter, UuidKeyTablePrinter:
+        add('DataStructures::' + table.__name__[:-7], where_shown(table, lambda value: value['pairs_']['words_']))
+    for progress in ProgressPrinter, PartialProgressPrinter:
+        add('DataStructures::' + progress.__name__[:-7], where_shown(progress, lambda value: value['stepObservers_']))
     return collection
 
 

@@ -15,6 +15,10 @@ int main() {
   UuidKeyTable ids;
   ids.addEntry(7, id);
   ids.addEntry(3, uuids::uuid());
+  Progress hub([](double) {});
+  hub.setProgress(0.25);
+  hub.setStep("Reading");
+  PartialProgress part(nullptr, 0.5);
   UuidKeyTable manyIds;
   for (std::uint64_t token = 0; token < 1000; ++token) manyIds.addEntry(token, id);
   return noNames.getNumElements() == 0 ? 0 : 1;  // Stop here.
