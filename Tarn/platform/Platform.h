@@ -23,9 +23,8 @@ bool toUtc(std::int64_t seconds, std::tm& fields);
 // How many seconds the local fields of a time are ahead of UTC.
 std::int64_t offsetOf(const std::tm& fields, std::int64_t seconds);
 
-// Whole seconds since 1970-01-01 UTC at which local clocks, or those of UTC, show what a clock without a zone shows
-// `plain` seconds after 1970-01-01 00:00:00; negative if the time is earlier, or the
-// runtime cannot tell it.
+// Whole seconds since 1970-01-01 UTC at which clocks in local time, or in UTC, show what a clock without a zone shows
+// `plain` seconds after its 1970-01-01 00:00:00. Negative if that is earlier, or if the runtime cannot tell.
 std::int64_t fromLocalTime(std::int64_t plain);
 std::int64_t fromUtc(std::int64_t plain);
 

@@ -27,7 +27,7 @@ namespace Tarn {
 
 namespace internal {
 
-// The uuid of 32 digits, given by where each eighth of them stands; nothing if another character is among them.
+// The uuid of 32 digits, in eight groups of four that need not adjoin; nothing if another character is among them.
 constexpr std::optional<uuids::uuid> uuidOfDigits(const char* text,
                                                   const std::array<unsigned char, 8>& eighths) noexcept {
   std::array<unsigned char, 16> bytes{};

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view kBase64Digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-// The two hexadecimal digits of every byte: one look-up where two would do.
+// The two hexadecimal digits of every byte: one look-up instead of two.
 constexpr std::array<std::array<char, 2>, 256> kHexPairs = [] {
   constexpr std::string_view kDigits = "0123456789abcdef";
   std::array<std::array<char, 2>, 256> pairs{};

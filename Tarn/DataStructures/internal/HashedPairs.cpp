@@ -16,11 +16,12 @@ void HashedPairs::reserveWords(std::size_t count) {
   if (words_.capacity() - words_.size() >= count && !words_.empty()) return;
   const std::size_t used = words_.empty() ? 1 : words_.size() - static_cast<std::size_t>(words_.front());
   if (count > kMostWords - used) throw std::length_error("too many keys for a table");
-  moveTogether(std::min(used + count + used / 2, kMostWords));
+  compact(std::min(used + count + used / 2, kMostWords));
 }
 
-// To memory for so many words. Each pair leaves its new number behind, from which the indexes take it.
-void HashedPairs::moveTogether(std::size_t capacity) {
+// Moves the pairs that are left to memory for so many words. Each leaves its new number at its old place, from where
+// the indexes take it.
+void HashedPairs::compact(std::size_t capacity) {
   std::vector<std::uint64_t> words;
   words.reserve(capacity);
   words.push_back(0);
@@ -53,7 +54,7 @@ void HashedPairs::shrink() noexcept {
   const std::size_t used = words_.size() - static_cast<std::size_t>(words_.front());
   if (words_.capacity() <= kFewestWords || used >= words_.capacity() / 2) return;
   try {
-    moveTogether(used + used / 2);
+    compact(used + used / 2);
   } catch (const std::bad_alloc&) {
     return;  // The unused words stay.
   }

@@ -70,8 +70,8 @@ class HashIndex {
 // A pair's number is that of its first word, never 0. With 32 bits, numbers reach 32 GiB far.
 //
 // Memory: words and slots are at most twice what the pairs need, whatever came before, but for a kilobyte. A
-// store that is full grows by half. One of which less than half is used moves together, as does an index of which less
-// than a quarter is; both are done again at the next removal if there is no memory for it.
+// store that is full grows by half. One of which less than half is used is compacted, and an index of which less than a
+// quarter is used is halved; both are done again at the next removal if there is no memory for it.
 class HashedPairs {
  public:
   using Number = std::uint32_t;
@@ -99,7 +99,7 @@ class HashedPairs {
 
  private:
   void reserveWords(std::size_t count);
-  void moveTogether(std::size_t capacity);
+  void compact(std::size_t capacity);
   void release(Number pair, std::uint64_t direction) noexcept;
   void shrink() noexcept;
 

@@ -21,12 +21,13 @@ inline std::size_t homeOf(std::uint32_t hash, int shift) noexcept {
   return static_cast<std::size_t>((std::uint64_t{hash} << 32U) >> shift);
 }
 
-// How many pairs so many home slots take: with more, runs grow long.
+// The most pairs for a number of home slots: a load factor of 7/8, above which runs grow long.
 inline constexpr std::size_t roomOf(std::size_t homes) noexcept { return homes / 8 * 7; }
 
 inline std::size_t HashIndex::size() const noexcept { return slots_.empty() ? 0 : size_; }
 
-// The first slot from the hash's home on whose hash is not smaller. The first three are counted without a branch.
+// The first slot from the hash's home on whose hash is not smaller. Branchless over the first three slots, where most
+// searches end.
 inline const HashIndex::Slot* HashIndex::search(std::uint32_t hash) const noexcept {
   const Slot* const home = slots_.data() + homeOf(hash, shift_);
   std::ptrdiff_t smaller = 0;

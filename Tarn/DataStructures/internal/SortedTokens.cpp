@@ -31,8 +31,8 @@ void giveBack(std::vector<T>& list) noexcept {
   }
 }
 
-// How many elements come first, of a list in which those that do stand in front. Branchless, as nobody can predict
-// them.
+// The number of elements at the front for which `isBefore` holds, by binary search; behind them it holds for none.
+// Branchless: which half comes next is a coin's toss, and half of the jumps would be predicted wrongly.
 template <class T, class IsBefore>
 std::size_t countBefore(const std::vector<T>& list, IsBefore isBefore) noexcept {
   if (list.empty()) return 0;

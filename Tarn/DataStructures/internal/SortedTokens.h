@@ -7,10 +7,10 @@
 //     counts_    3                7                      ...
 //
 // A position is found by the counts, a Fenwick tree: that of block number n, counted from 1, is the number of tokens in
-// the n & -n blocks that end with it. A token's place is found by halving, among the blocks by where they begin and
-// then in the block. So both take logarithmic time. An insertion or a removal moves part of a block besides; one in
-// half a block's worth of them splits or joins blocks, which moves the lists behind them, less than a byte of them for
-// each token.
+// the n & -n blocks that end with it. A token's place is found by binary search, among the blocks' beginnings and then
+// in the block. So both take logarithmic time. An insertion or a removal moves part of a block besides; one in half a
+// block's worth of them splits or joins blocks, which moves the lists behind them, less than a byte of them for each
+// token.
 //
 // Memory: each block has room for at most twice its tokens, but for a few, and neighbours that are small are joined.
 // Copying, moving and destroying are the vectors': who assigns a copy makes it first. An insertion that throws has

@@ -10,7 +10,7 @@ namespace Tarn::internal {
 
 inline constexpr std::uint32_t kNoHexDigit = 0x10000;
 
-// The value of each digit, `kNoHexDigit` for other bytes: among up to four digits it stays to be seen in the sum.
+// The value of each digit, `kNoHexDigit` for other bytes: a number of up to four digits is larger if one is among them.
 inline constexpr std::array<std::uint32_t, 256> kHexDigitValues = [] {
   std::array<std::uint32_t, 256> values{};
   values.fill(kNoHexDigit);
@@ -30,8 +30,8 @@ constexpr std::uint32_t bigEndian(const char* bytes) noexcept {
   return number;
 }
 
-// The value of eight digits, four here and four there. Clears `areDigits` if another character is there. SWAR: to add
-// what takes a character to 0x80 sets the top bits of the bytes from that character on.
+// The value of eight digits, four here and four there; clears `areDigits` if one of them is another character. SWAR:
+// the difference from '0' to 0x80, added to every byte, sets the top bits of those that are not smaller than '0'.
 constexpr std::uint32_t valueOfEight(const char* here, const char* there, bool& areDigits) noexcept {
   constexpr std::uint64_t kEach = 0x0101010101010101;
   const std::uint64_t text = std::uint64_t{bigEndian(here)} << 32U | bigEndian(there);
