@@ -71,7 +71,8 @@ class PrintF {
     return std::move(text_);
   }
 
-  /// Insert, append or join the text as a `std::string` is.
+  /// @name Use as text
+  /// Inserted, appended or joined as a `std::string` is.
   /// @{
   TARN_API friend std::ostream& operator<<(std::ostream& stream, const PrintF& text);
   friend std::string& operator<<(std::string& buffer, const PrintF& text) { return buffer += text.text_; }

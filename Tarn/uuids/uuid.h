@@ -105,7 +105,8 @@ class uuid {
     return number <= 5 ? static_cast<uuid_version>(number) : uuid_version::none;
   }
 
-  /// Compare byte by byte.
+  /// @name Comparison
+  /// Byte by byte.
   /// @{
   friend constexpr bool operator==(const uuid& a, const uuid& b) noexcept = default;
 
