@@ -4,7 +4,11 @@
 #include <chrono>
 #include <exception>
 #include <iostream>
+#include <map>
 #include <memory>
+#include <sstream>
+#include <thread>
+#include <unordered_set>
 #include <vector>
 
 using namespace Tarn;
@@ -20,6 +24,8 @@ void translateTokens() {
   std::cout << names.tokenToKey(3).value_or("none") << '\n';   //> Cellar
   std::cout << names.tokenToKey(99).value_or("none") << '\n';  //> none
   std::cout << (names.keyToToken("Attic") == ~0ULL) << '\n';   //> 1
+  constexpr std::string_view line = "Cellar: locked";          // A key may be a part of a text.
+  std::cout << names.keyToToken(line.substr(0, 6)) << '\n';    //> 2
 
   UuidKeyTable ids;  // The same for uuids, with access by position.
   ids.addEntry(20, *parseUuid("00112233-4455-6677-8899-aabbccddeeff"));
@@ -56,6 +62,20 @@ void writeAndReadValues() {
 }
 // [values]
 
+// [kept]
+void writeWhatComesBack() {
+  std::string numbers;
+  numbers << 0.1 + 0.2 << ' ' << exact(0.1 + 0.2);  // Six digits, or as many as it takes.
+  std::cout << numbers << '\n';                     //> 0.3 0.30000000000000004
+
+  for (const std::string& key :
+       {std::string("fine"), std::string("\U0001F3F0"), std::string("a\0b", 3), std::string("=>")}) {
+    std::cout << comesBack({{key, "value"}});  // Ask before a map is written: the last three would be read as others.
+  }
+  std::cout << '\n';  //> 1000
+}
+// [kept]
+
 // [records]
 void getPastBadRecords() {
   std::string log;
@@ -75,14 +95,6 @@ void getPastBadRecords() {
   //> 1 first
   //> 2 second
   //> 3 third
-
-  std::string exactly;
-  exactly << 0.1 + 0.2 << ' ' << exact(0.1 + 0.2);  // Six digits are written unless all are asked for.
-  std::cout << exactly << '\n';                     //> 0.3 0.30000000000000004
-
-  const StringMap unlucky = {{"path", R"(C:\"dir")"}};  // A backslash before a double quote does not come back,
-  std::cout << comesBack(unlucky) << '\n';              //> 0
-  std::cout << comesBack({{"a", "b"}}) << '\n';         //> 1
 }
 // [records]
 
@@ -99,6 +111,13 @@ void showProgress() {
   writing.setStep("writing");  //> writing
   writing.addProgress(0.5);    //> 87.5 %
   writing.addProgress(0.5);    //> 100 %
+
+  auto total = std::make_shared<Progress>();
+  const auto doHalf = [total] { PartialProgress(total, 0.5).setProgress(1.0); };
+  std::thread other(doHalf);  // Threads need no lock for that.
+  doHalf();
+  other.join();
+  std::cout << total->addProgress(0.0) << '\n';  //> 1
 }
 // [progress]
 
@@ -118,12 +137,14 @@ void printAndReadTimes() {
   line >> read;
   std::cout << Time::compare(read, taken) << '\n';  //> 0
 
-  const std::string iso = isoText(taken);                                           // With the offset from UTC,
-  std::cout << (parseTime(iso) == taken) << '\n';                                   //> 1
-  std::cout << parseTime("2024-02-30").has_value() << '\n';                         //> 0
-  const Time other = Time::fromIsoTimeStrIgnoringTimeZone("2024-03-05T14:07:10Z");  // or ignoring it.
-  std::cout << Time::compare(taken, other) << '\n';                                 //> -1
-  std::cout << (Time(std::chrono::system_clock::time_point()) == Time()) << '\n';   //> 1
+  std::cout << (parseTime(isoText(taken)) == taken) << '\n';                           //> 1
+  std::cout << parseTime("2024-03-05T15:07:09Z")->getTimeStr9() << '\n';               //> 2024-03-05T15:07:09Z
+  std::cout << parseTime("2024-02-30T00:00:00Z").has_value() << '\n';                  //> 0
+  const auto ignoring = Time::fromIsoTimeStrIgnoringTimeZone("2024-03-05T15:07:09Z");  // As if it were local time.
+  std::cout << ignoring.getHour() << ' ' << (taken < ignoring) << '\n';                //> 15 1
+
+  const std::chrono::system_clock::time_point point = taken.toTimePoint();
+  std::cout << Time(point + std::chrono::hours(24)).getDay() << '\n';  //> 6
 
   const Time start = Time::now();
   std::cout << start.isTimeOut(3600.0) << '\n';  //> 0
@@ -140,6 +161,8 @@ void identifyThings() {
   uuids::uuid::generate(many);  // By one request to the system.
   const uuids::uuid cellar(many.back().as_bytes());
   std::cout << (cellar != tower) << cellar.is_nil() << '\n';  //> 10
+  const std::unordered_set<uuids::uuid> known(many.begin(), many.end());
+  std::cout << known.size() << '\n';  //> 1000
 
   const std::optional<uuids::uuid> typed = parseUuid("{00112233445566778899AABBCCDDEEFF}");
   std::cout << (typed == tower) << parseUuid("tower").has_value() << '\n';  //> 10
@@ -158,13 +181,44 @@ void workWithText() {
   std::cout << path << ' ' << compareIgnoreCase(path, "c:\\SCANS\\tower") << '\n';  //> C:\scans\tower 0
   std::cout << findLastOf(path, "\\") << ' ' << startsWith(path, "C:") << '\n';     //> 8 1
 
-  const std::wstring text = wide("T\u00fcrmchen");  // One unit for each character up to U+FFFF.
-  std::cout << text.size() << '\n';                 //> 8
-  std::string escaped = "\u00fc\n";
+  const std::string twoParts("a b\0c d", 7);  // Here a text ends at its first NUL; for rfind it does not.
+  std::cout << findLastOf(twoParts, " ") << ' ' << twoParts.rfind(' ') << '\n';  //> 1 5
+
+  std::string escaped = "\"\u00fc\"";
   controlsToEsc(escaped, true);
-  std::cout << escaped << '\n';  //> \u00FC\n
+  std::cout << escaped << '\n';  //> \"\u00FC\"
+  escToControls(escaped, true);
+  std::cout << escaped << '\n';  //> "ü"
+
+  const std::wstring text = wide("T\u00fcrmchen");  // One unit for each character up to U+FFFF,
+  std::cout << text.size() << ' ' << text << '\n';  //> 8 Türmchen
+  const std::wstring tower = wide("\U0001F3F0");    // and of others the low 16 bits: leave such text in UTF-8.
+  std::cout << (tower == L"\uF3F0") << '\n';        //> 1
 }
 // [text]
+
+// [model]
+void storeModel() {
+  std::stringstream file;  // For a file, a `std::fstream` opened as `std::ios::binary`.
+  std::string scan;
+  scan << uuids::uuid() << '\n' << "Tower" << '\n';
+  file << StreamNames::S_SCAN_HEADER << '\n' << scan;
+  std::cout << StreamNames::S_MODEL_SCANS << ":\n" << file.str();
+  //> Scans:
+  //> /** Korvale: Scan Data **/
+  //> 00000000-0000-0000-0000-000000000000
+  //> Tower
+
+  ScanStatistics statistics;
+  statistics.reset();
+  SampleSums& distances = statistics.distance.sums;
+  for (const double metres : {2.0, 3.0, 5.5}) {
+    ++distances.count;
+    distances.sum += metres;
+  }
+  std::cout << distances.sum / static_cast<double>(distances.count) << " m\n";  //> 3.5 m
+}
+// [model]
 
 }  // namespace
 
@@ -172,11 +226,13 @@ int main() {
   try {
     translateTokens();
     writeAndReadValues();
+    writeWhatComesBack();
     getPastBadRecords();
     showProgress();
     printAndReadTimes();
     identifyThings();
     workWithText();
+    storeModel();
     return 0;
   } catch (const std::exception& error) {  // Such as a text that has no number where one is read.
     std::cerr << error.what() << '\n';
