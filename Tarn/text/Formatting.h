@@ -34,8 +34,8 @@ concept PrintFArgument = std::is_arithmetic_v<T> || internal::kIsUnscopedEnum<T>
 ///
 /// The text is formatted once, in the process's locale, and cut at 999 bytes and at the first NUL. As with printf,
 /// the format must fit the arguments: GCC and Clang check a literal one (`-Wformat`) where no argument is a
-/// `std::string`. Where one character cannot be converted, such as by `%ls`, the whole text is empty. A plain value:
-/// threads may each use their own.
+/// `std::string`. Where one wide character cannot be converted, the whole text is empty. A plain value: threads may
+/// each use their own.
 class PrintF {
  public:
   /// The text of the format and its arguments.
@@ -71,8 +71,7 @@ class PrintF {
     return std::move(text_);
   }
 
-  /// @name Use as text
-  /// Inserted, appended or joined as a `std::string` is.
+  /// Insert, append or join the text as a `std::string` is.
   /// @{
   TARN_API friend std::ostream& operator<<(std::ostream& stream, const PrintF& text);
   friend std::string& operator<<(std::string& buffer, const PrintF& text) { return buffer += text.text_; }

@@ -97,8 +97,7 @@ class Time {
   /// All local calendar fields at once; all zero outside the calendar range.
   [[nodiscard]] TARN_API std::tm getTimeStruct() const;
 
-  /// @name Comparison
-  /// Of the instants, seconds with their fraction; NaN is unordered. Other than `compare`, they tell times apart
+  /// Compare the instants, seconds with their fraction; NaN is unordered. Other than `compare`, they tell times apart
   /// that show the same fields.
   /// @{
   friend bool operator==(const Time& a, const Time& b) noexcept { return a.absTime == b.absTime; }

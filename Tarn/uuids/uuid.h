@@ -105,8 +105,7 @@ class uuid {
     return number <= 5 ? static_cast<uuid_version>(number) : uuid_version::none;
   }
 
-  /// @name Comparison
-  /// Byte by byte.
+  /// Compare byte by byte.
   /// @{
   friend constexpr bool operator==(const uuid& a, const uuid& b) noexcept = default;
 
