@@ -50,19 +50,16 @@ TYPED_TEST(Blocks, OperateOnEachByte) {
     expectEach(blockA | blockB, a, b, [&](int x, int y) { return x | y; });
     expectEach(sameLetters(blockA, blockB), a, b, [&](int x, int y) { return isTrue(lower(x) == lower(y)); });
     expectEach(TypeParam::of(a[0]), a, b, [&](int, int) { return a[0]; });
-    const auto expectIn = [&](auto sought) {
-      expectEach(sought.in(blockA), a, b, [&](int x, int) { return isTrue(isOf(static_cast<char>(x), sought)); });
-    };
     for (std::size_t at = 0; at < kBlockSize; ++at) {
       EXPECT_EQ((decltype(kDigit)::in(blockA).bits() >> at & 1U) != 0, isOf(a[at], kDigit)) << at;
     }
-    expectIn(ByteClass<ByteRange{0x00, 0x00}>());
-    expectIn(ByteClass<ByteRange{0x61, 0x61}>());
-    expectIn(ByteClass<ByteRange{0x41, 0x7F}>());
-    expectIn(ByteClass<ByteRange{0x7F, 0x80}>());
-    expectIn(ByteClass<ByteRange{0x80, 0xFF}>());
-    expectIn(ByteClass<ByteRange{0x00, 0xFF}>());
-    expectIn(ByteClass<ByteRange{0x20, 0x21}, ByteRange{0x5A, 0x60}, ByteRange{0xFF, 0xFF}>());
+    const auto expectIn = [&](auto... sought) {
+      (expectEach(sought.in(blockA), a, b, [&](int x, int) { return isTrue(isOf(static_cast<char>(x), sought)); }),
+       ...);
+    };
+    expectIn(ByteClass<ByteRange{0x00, 0x00}>(), ByteClass<ByteRange{0x61, 0x61}>(), ByteClass<ByteRange{0x41, 0x7F}>(),
+             ByteClass<ByteRange{0x7F, 0x80}>(), ByteClass<ByteRange{0x80, 0xFF}>(), ByteClass<ByteRange{0x00, 0xFF}>(),
+             ByteClass<ByteRange{0x20, 0x21}, ByteRange{0x5A, 0x60}, ByteRange{0xFF, 0xFF}>());
   }
 }
 

@@ -1,67 +1,53 @@
 #include "Tarn/text/Escapes.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <iterator>
 #include <locale>
 #include <sstream>
-#include <stdexcept>
 #include <thread>
+#include <tuple>
 
 #include "Tarn/text/StringUtilities.h"
 #include "Tarn/text/WideText.h"
-#include "tests/Generate.h"
-#include "tests/Plain.h"
 
 namespace {
 
 using namespace Tarn;
-using namespace std::string_view_literals;
 
-struct Unescape {
-  int line;
-  std::string_view name, text, plain;
-  int result;
-};
-constexpr Unescape kUnescapes[] = {
-    {__LINE__, "empty", "", "", -1},
-    {__LINE__, "each short escape", R"(a\n\r\"\\z)", "a\n\r\"\\z", -1},
-    {__LINE__, "last backslash is dropped", R"(abc\)", "abc", -1},
-    {__LINE__, "either letter case", R"(\u00e9\u20Ac)", "\xC3\xA9\xE2\x82\xAC", -1},
-    {__LINE__, "surrogates one by one", R"(\uD83D\uDE00)", "\xED\xA0\xBD\xED\xB8\x80", -1},
-    {__LINE__, "NUL", R"(\u0000)", std::string_view("\0", 1), -1},
-    {__LINE__, "no such escape", R"(ab\tc)", R"(ab\tc)", 2},
-    {__LINE__, "too few digits", R"(ab\u12)", R"(ab\u12)", 2},
-    {__LINE__, "a good one before a bad one", R"(\n\u12G4)", R"(\n\u12G4)", 2},
-    {__LINE__, "an escaped backslash escapes nothing", R"(\\u12G4)", R"(\u12G4)", -1},
-};
-
+// Decisions; the rules are compared with their plain definitions on generated texts (properties/Texts.cpp).
 TEST(Escapes, Unescape) {
-  for (const Unescape& row : kUnescapes) {
-    testing::ScopedTrace at(__FILE__, row.line, row.name.data());
-    std::string text(row.text);
-    EXPECT_EQ(escToControls(text, true), row.result);
-    EXPECT_EQ(text, row.plain);
+  const std::tuple<const char*, std::string, std::string, int> rows[] = {
+      {"last backslash is dropped", R"(abc\)", "abc", -1},
+      {"surrogates one by one", R"(\uD83D\uDE00)", "\xED\xA0\xBD\xED\xB8\x80", -1},
+      {"NUL", R"(\u0000)", std::string(1, '\0'), -1},
+      {"no such escape", R"(ab\tc)", R"(ab\tc)", 2},
+      {"a good one before a bad one", R"(\n\u12G4)", R"(\n\u12G4)", 2},
+      {"an escaped backslash escapes nothing", R"(\\u12G4)", R"(\u12G4)", -1},
+  };
+  for (const auto& [name, text, plain, position] : rows) {
+    std::string unescaped = text;
+    EXPECT_EQ(escToControls(unescaped, true), position) << name;
+    EXPECT_EQ(unescaped, plain) << name;
   }
 }
 
 // What a result keeps is at most twice its size, whatever the beginning of the text makes one expect.
 TEST(Escapes, ResultsKeepNoMoreThanTwiceTheirSize) {
-  const std::string foreign = "\xE4\xB8\xAD\xE6\x96\x87";
+  const auto expectSmall = [](const auto& result) { EXPECT_LE(result.capacity(), 2 * result.size()); };
   for (const std::size_t size : {100U, 10000U, 1000000U}) {
-    std::string text;
-    while (text.size() < 1000) text += foreign;
-    text += std::string(size, 'a');
-    std::string escaped = text;
-    controlsToEsc(escaped, true);
-    EXPECT_LE(escaped.capacity(), 2 * escaped.size());
-    EXPECT_LE(wide(text).capacity(), 2 * wide(text).size());
-    std::string own = text;
-    replaceAll(own, own, std::string("b"));
-    EXPECT_EQ(own, "b");
-    std::wstring units = wide(std::string(size, 'a') + foreign);
-    EXPECT_LE(units.capacity(), 2 * units.size());
+    std::string foreign;
+    while (foreign.size() < 1000) foreign += "\xE4\xB8\xAD\xE6\x96\x87";
+    std::string text = foreign + std::string(size, 'a');
+    expectSmall(wide(text));
+    expectSmall(wide(foreign));
+    expectSmall(wide(std::string(size, 'a')));
+    controlsToEsc(text, true);
+    expectSmall(text);
+    std::string replaced = "b" + text + "bb";
+    replaceAll(replaced, text, "");
+    replaceAll(replaced, "b", text);
+    expectSmall(replaced);
   }
 }
 
@@ -83,11 +69,7 @@ TEST(Escapes, EatWsKeepsTheFirstLocaleOfEachThread) {
     return left;
   };
   std::thread([&rest] {
-    EXPECT_EQ(rest("  \t\v\n\f\r\x1F"
-                   "abc ",
-                   std::locale::classic()),
-              "\x1F"
-              "abc ");
+    EXPECT_EQ(rest("  \t\v\n\f\r\x1F abc ", std::locale::classic()), "\x1F abc ");
     EXPECT_EQ(rest(" \x85 ", std::locale::classic()), "\x85 ");
     EXPECT_EQ(rest(" xa", oddLocale()), "xa");
   }).join();
@@ -95,24 +77,7 @@ TEST(Escapes, EatWsKeepsTheFirstLocaleOfEachThread) {
     EXPECT_EQ(rest("xx a", oddLocale()), " a");
     EXPECT_EQ(rest("x a", std::locale::classic()), " a");
     EXPECT_EQ(rest("xx", std::locale::classic()), "");
-    EXPECT_EQ(rest("", std::locale::classic()), "");
   }).join();
-}
-
-TEST(Escapes, EatwhiteKeepsATextOfNothingElse) {
-  const std::pair<std::string, std::string> rows[] = {
-      {"  abc ", "abc "}, {"abc", "abc"}, {"   ", "   "}, {"", ""}, {std::string("\0\x7F\x80", 3), "\x80"}};
-  for (const auto& [text, expected] : rows) {
-    std::string eaten = text;
-    eatwhite(eaten);
-    EXPECT_EQ(eaten, expected);
-  }
-  for (int byte = 0; byte < 256; ++byte) {
-    std::string text = {static_cast<char>(byte), 'a'};
-    const std::string expected = byte <= ' ' || byte == 0x7F ? "a" : text;
-    eatwhite(text);
-    EXPECT_EQ(text, expected) << byte;
-  }
 }
 
 }  // namespace

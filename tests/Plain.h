@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -15,29 +16,27 @@
 #include <optional>
 #include <regex>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "Tarn/text/ValueText.h"
 #include "Tarn/time/Time.h"
 
-// The decoder's table, byte by byte; nothing where it throws.
+inline constexpr const char* kDigits = "0123456789";
+inline constexpr const char* kHexDigits = "0123456789abcdefABCDEF";
+
+// The decoder's table, byte by byte; nothing where it throws. Bytes missing at the end count as zero.
 inline std::optional<std::wstring> plainWide(const std::string& text) {
   std::wstring result;
-  for (std::size_t i = 0; i < text.size();) {
-    const auto at = [&text](std::size_t k) { return k < text.size() ? static_cast<unsigned char>(text[k]) : 0U; };
-    const unsigned b = at(i);
-    if ((b >= 0x80 && b <= 0xBF) || b >= 0xF8) return std::nullopt;
-    const std::size_t size = b < 0x80 ? 1 : b < 0xE0 ? 2 : b < 0xF0 ? 3 : 4;
-    const unsigned c1 = at(i + 1) & 0x3F;
-    const unsigned c2 = at(i + 2) & 0x3F;
-    const unsigned c3 = at(i + 3) & 0x3F;
-    const unsigned value = size == 1   ? b
-                           : size == 2 ? (b & 0x1F) << 6 | c1
-                           : size == 3 ? (b & 0x0F) << 12 | c1 << 6 | c2
-                                       : (c1 & 0x0F) << 12 | c2 << 6 | c3;
-    result += static_cast<wchar_t>(value);
-    i += size;
+  const auto byte = [&text](std::size_t at) { return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U; };
+  for (std::size_t at = 0, size = 0; at < text.size(); at += size) {
+    const unsigned lead = byte(at);
+    if ((lead >= 0x80 && lead < 0xC0) || lead >= 0xF8) return std::nullopt;
+    size = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    unsigned value = size == 2 ? lead & 0x1F : lead;
+    for (std::size_t i = 1; i < size; ++i) value = value << 6 | (byte(at + i) & 0x3F);
+    result += static_cast<wchar_t>(value & 0xFFFF);
   }
   return result;
 }
@@ -52,22 +51,21 @@ inline std::string plainUtf8(unsigned code) {
 
 // Both directions of escaping, character by character. Of a text that can be decoded.
 inline std::string plainEscape(const std::string& text, bool unicode) {
-  std::ostringstream result;
+  std::string result;
   const std::wstring characters = plainWide(text).value();
   for (const wchar_t character : characters) {
-    const auto code = static_cast<unsigned>(character);
-    if (code == '\n' || code == '\r') {
-      result << '\\' << (code == '\n' ? 'n' : 'r');
-    } else if (code == '"' || code == '\\') {
-      result << '\\' << static_cast<char>(code);
-    } else if (code >= 0x80 && unicode) {
-      for (const char c : {'\\', 'u'}) result << c;
-      for (const int shift : {12, 8, 4, 0}) result << "0123456789ABCDEF"[code >> shift & 15];
+    const std::size_t known = std::wstring(L"\n\r\"\\").find(character);
+    if (known != std::string::npos) {
+      result += std::string("\\") + "nr\"\\"[known];
+    } else if (unicode && character >= 0x80) {
+      std::array<char, 8> code{};
+      std::snprintf(code.data(), code.size(), "\\u%04X", static_cast<unsigned>(character & 0xFFFF));
+      result += code.data();
     } else {
-      result << static_cast<char>(code & 0xFF);
+      result += static_cast<char>(character & 0xFF);
     }
   }
-  return result.str();
+  return result;
 }
 
 inline int plainUnescape(std::string& text, bool unicode) {
@@ -75,36 +73,29 @@ inline int plainUnescape(std::string& text, bool unicode) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (text[i] != '\\') {
       result += text[i];
-      continue;
-    }
-    const int position = static_cast<int>(i);
-    if (++i == text.size()) break;
-    const std::size_t known = std::string("nr\"\\").find(text[i]);
-    if (known != std::string::npos) {
-      result += "\n\r\"\\"[known];
-    } else if (text[i] == 'u' && !unicode) {
-      result += "\\u";
-    } else if (text[i] == 'u' && i + 4 < text.size() &&
-               text.substr(i + 1, 4).find_first_not_of("0123456789abcdefABCDEF") == std::string::npos) {
-      result += plainUtf8(static_cast<unsigned>(std::stoi(text.substr(i + 1, 4), nullptr, 16)));
-      i += 4;
-    } else {
-      return position;
+    } else if (++i < text.size()) {
+      const std::size_t known = std::string("nr\"\\").find(text[i]);
+      const std::string digits = text.substr(i + 1, 4);
+      if (known != std::string::npos) {
+        result += "\n\r\"\\"[known];
+      } else if (text[i] == 'u' && !unicode) {
+        result += "\\u";
+      } else if (text[i] == 'u' && digits.size() == 4 && digits.find_first_not_of(kHexDigits) == std::string::npos) {
+        result += plainUtf8(static_cast<unsigned>(std::stoi(digits, nullptr, 16)));
+        i += 4;
+      } else {
+        return static_cast<int>(i - 1);
+      }
     }
   }
   text = result;
   return -1;
 }
 
-// Last occurrences by the C library, hit by hit.
+// Last occurrences in C strings.
 inline int plainFindLast(const std::string& text, const std::string& needle) {
-  if (needle.c_str()[0] == '\0') return -1;
-  int last = -1;
-  for (const char* hit = std::strstr(text.c_str(), needle.c_str()); hit != nullptr;
-       hit = std::strstr(hit + 1, needle.c_str())) {
-    last = static_cast<int>(hit - text.c_str());
-  }
-  return last;
+  const std::string sought = needle.c_str();
+  return sought.empty() ? -1 : static_cast<int>(std::string(text.c_str()).rfind(sought));  // npos becomes -1.
 }
 
 inline int plainFindLast(const std::string& text, char character, int start) {
@@ -121,13 +112,16 @@ Text plainReplace(Text text, const Text& from, const Text& to) {
   return text;
 }
 
-// The name whose number is greater by one. Of up to 19 digits.
-inline std::string plainIncrement(const std::string& name) {
-  const std::size_t first = name.find_last_not_of("0123456789") + 1;  // 0 if there is no other.
-  const std::string digits = name.substr(first);
-  const std::string number = std::to_string(digits.empty() ? 1 : std::stoull(digits) + 1);
-  const std::string zeros(digits.size() - std::min(digits.size(), number.size()), '0');
-  return name.substr(0, first) + zeros + number;
+// The name whose number is greater by one: a nine becomes a zero and carries.
+inline std::string plainIncrement(std::string name) {
+  std::size_t at = name.size();
+  while (at > 0 && name[at - 1] == '9') name[--at] = '0';
+  if (at > 0 && name[at - 1] >= '0' && name[at - 1] <= '8') {
+    ++name[at - 1];
+  } else {
+    name.insert(at, "1");
+  }
+  return name;
 }
 
 // A uuid's digits in order, where a text has 32 of them and nothing else but hyphens.
@@ -138,7 +132,7 @@ inline std::optional<Tarn::uuids::uuid> plainParse(std::string text) {
     text = text.substr(1, text.size() - 2);
   }
   std::erase(text, '-');
-  if (text.size() != 32 || text.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) return std::nullopt;
+  if (text.size() != 32 || text.find_first_not_of(kHexDigits) != std::string::npos) return std::nullopt;
   std::array<unsigned char, 16> bytes{};
   for (std::size_t i = 0; i < 16; ++i)
     bytes[i] = static_cast<unsigned char>(std::stoi(text.substr(2 * i, 2), nullptr, 16));
@@ -208,137 +202,127 @@ inline std::size_t findValue(const std::string& text) {
 
 inline constexpr const char* kNoValue = "invalid string position";
 
-// The rules of reading, each on a text that is cut at every step. An exception's words, or none.
+// The rules of reading, each on a text that is cut at every step. True for a whole value.
 
 // The general rule, with a stream.
 template <class T>
-std::string plainTake(std::string& text, T& value, bool* hasFailed = nullptr) {
+bool plainTake(std::string& text, T& value) {
   const std::size_t start = findValue(text);
-  if (start == text.size()) return "";
+  if (start == text.size()) return false;
   text.erase(0, start);
-  std::string seen = text;
+  std::size_t end = text.size();
   if constexpr (std::is_floating_point_v<T>) {  // Some libraries go on, in search of other digits than decimal ones.
-    static const std::regex kNumber("[+-]?[0-9]*(\\.[0-9]*)?");
-    std::smatch match;
-    std::regex_search(text, match, kNumber, std::regex_constants::match_continuous);
-    std::size_t end = static_cast<std::size_t>(match.length());
-    const bool hasDigit = match.str().find_first_of("0123456789") != std::string::npos;
-    if (hasDigit && end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
-      ++end;
-      if (end < text.size() && (text[end] == '+' || text[end] == '-')) ++end;
-      end = std::min(text.find_first_not_of("0123456789", end), text.size());
-    }
-    if (end < text.size()) seen = text.substr(0, end) + '|';
+    const auto behindDigits = [&text](std::size_t at) {
+      return std::min(text.find_first_not_of(kDigits, at), text.size());
+    };
+    const auto isAt = [&text](const char* set, std::size_t at) { return text.find_first_of(set, at) == at; };
+    end = behindDigits(isAt("+-", 0) ? 1 : 0);
+    if (isAt(".", end)) end = behindDigits(end + 1);
+    if (isAt("eE", end) && text.find_first_of(kDigits) < end) end = behindDigits(end + (isAt("+-", end + 1) ? 2 : 1));
   }
-  std::istringstream stream(seen);
+  std::istringstream stream(end < text.size() ? text.substr(0, end) + '|' : text);
   stream.imbue(std::locale::classic());
   stream >> value;
   if constexpr (std::is_floating_point_v<T>) {  // Nor do all keep to the largest number.
     if (std::isinf(value)) value = std::copysign(std::numeric_limits<T>::max(), value);
   }
-  if (hasFailed != nullptr) *hasFailed = stream.fail();
-  if (!stream.eof() && stream.fail()) return kNoValue;
+  if (!stream.eof() && stream.fail()) throw std::out_of_range(kNoValue);
   text.erase(0, stream.eof() ? text.size() : static_cast<std::size_t>(stream.tellg()));
-  return "";
+  return !stream.fail();
 }
 
-inline std::string plainTake(std::string& text, char& value) {
+inline bool plainTake(std::string& text, char& value) {
   const std::size_t visible = findVisible(text);
-  value = visible < text.size() ? text[visible] : '\0';
+  const bool isThere = visible < text.size();
+  value = isThere ? text[visible] : '\0';
   text.erase(0, visible + 1);
-  return "";
+  return isThere;
 }
 
 template <class Byte>
-std::string plainTakeByte(std::string& text, Byte& value) {
+bool plainTakeByte(std::string& text, Byte& value) {
   int number = value;
-  std::string error = plainTake(text, number);
-  if (error.empty()) value = static_cast<Byte>(number);
-  return error;
+  const bool isWhole = plainTake(text, number);
+  value = static_cast<Byte>(number);
+  return isWhole;
 }
+inline bool plainTake(std::string& text, signed char& value) { return plainTakeByte(text, value); }
+inline bool plainTake(std::string& text, unsigned char& value) { return plainTakeByte(text, value); }
 
-inline std::string plainTake(std::string& text, signed char& value) { return plainTakeByte(text, value); }
-
-inline std::string plainTake(std::string& text, unsigned char& value) { return plainTakeByte(text, value); }
-
-inline std::string plainTake(std::string& text, bool& value) {
+inline bool plainTake(std::string& text, bool& value) {
   const std::size_t start = findValue(text);
   std::string word = text.substr(start, 5);
+  const bool isNumber = word.empty() || !isLetter(word.front());
   for (char& c : word) c = isLetter(c) ? static_cast<char>(c | 0x20) : c;
-  value = word.starts_with("true") || std::strtoll(word.c_str(), nullptr, 10) != 0;
-  if (!word.empty() && !isLetter(word.front())) {
-    value = std::strtoll(text.c_str() + start, nullptr, 10) != 0;
-    text.erase(0, start + 1);
-  } else if (word.empty() || value || word == "false") {
-    text.erase(0, start + (value ? 4 : 5));
-  }
-  return "";
+  value = isNumber ? std::strtoll(text.c_str() + start, nullptr, 10) != 0 : word.starts_with("true");
+  if (!isNumber && !value && word != "false") return false;
+  text.erase(0, start + (isNumber ? 1 : value ? 4 : 5));
+  return !word.empty();
 }
 
-// The string rule.
-inline std::string plainString(std::string& text) {
+inline bool plainTake(std::string& text, std::string& value) {
   const bool isQuoted = text.starts_with('"');
+  const bool isThere = !text.empty();
   if (isQuoted) text = std::string(text.c_str() + 1);
   std::size_t end = text.find(isQuoted ? '"' : '\n');
   while (isQuoted && end != std::string::npos && end > 0 && text[end - 1] == '\\' &&
          (end == 1 || text[end - 2] != '\\')) {
     end = text.find('"', end + 1);
   }
-  std::string value = text.substr(0, end);
+  value = text.substr(0, end);
   text.erase(0, value.size() + 1);
-  return value;
+  return isThere && (!isQuoted || end != std::string::npos);
 }
 
-inline std::string plainTake(std::string& text, std::string& value) {
-  value = plainString(text);
-  return "";
-}
+inline bool plainTake(std::string& text, Tarn::JsonValue& value) { return plainTake(text, value.text); }
 
 // Every step searches what is left anew.
-inline Tarn::StringMap plainMap(std::string& text) {
-  Tarn::StringMap map;
-  text.erase(0, findVisible(text) + 1);
+inline bool plainTake(std::string& text, Tarn::StringMap& map) {
+  map.clear();
+  char brace = '\0';
+  plainTake(text, brace);
   while (!text.empty()) {
     if (const std::size_t visible = findVisible(text); visible < text.size()) text.erase(0, visible);
-    const std::size_t quote = text.find("\"=>\"");
-    const bool isEnd = text.front() == '}';
-    if (isEnd || (quote == std::string::npos && !text.starts_with("=>"))) {
-      text.erase(0, isEnd ? 1 : 0);
-      break;
+    if (text.front() == '}') {
+      text.erase(0, 1);
+      return brace == '{';
     }
-    std::string keyText = quote == std::string::npos ? "" : text.substr(0, quote + 1);
-    text.erase(0, quote == std::string::npos ? 2 : quote + 3);
-    std::string key = plainString(keyText);
-    std::string value = plainString(text);
+    const std::size_t quote = text.find("\"=>\"");
+    if (quote == std::string::npos && !text.starts_with("=>")) break;
+    std::string keyText = text.substr(0, quote + 1);  // npos becomes 0.
+    text.erase(0, keyText.size() + 2);
+    std::string key;
+    std::string value;
+    plainTake(keyText, key);
+    plainTake(text, value);
     plainUnescape(key, true);
     plainUnescape(value, true);
     map.emplace(key, value);
   }
-  return map;
+  return false;
 }
 
-inline std::string plainTake(std::string& text, Tarn::StringMap& value) {
-  value = plainMap(text);
-  return "";
+inline bool plainTake(std::string& text, Tarn::uuids::uuid& value) {
+  std::string word;
+  plainTake(text, word);
+  const auto id = plainParse(word);
+  value = id.value_or(value);
+  return id.has_value();
 }
 
-inline std::string plainTake(std::string& text, Tarn::uuids::uuid& value) {
-  value = plainParse(plainString(text)).value_or(value);
-  return "";
-}
-
-inline std::string plainTake(std::string& text, Tarn::Time& value) {
+inline bool plainTake(std::string& text, Tarn::Time& value) {
   std::array<int, 7> fields{};
+  bool isWhole = true;
   for (std::size_t i = 0; i < fields.size(); ++i) {
     char separator = '\0';
     if (i != 0 && i != 3) plainTake(text, separator);
-    bool hasFailed = false;
-    if (std::string error = plainTake(text, fields[i], &hasFailed); !error.empty()) return error;
-    if (hasFailed) fields[i] = 0;
+    if (plainTake(text, fields[i])) continue;
+    fields[i] = 0;
+    isWhole = false;
   }
   const auto& [day, month, year, hour, minute, second, millisecond] = fields;
   value.setTime(year, month, day, hour, minute, second, millisecond);
-  return "";
+  return isWhole;
 }
 
 #endif  // TESTS_PLAIN_H_

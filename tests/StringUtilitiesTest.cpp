@@ -1,9 +1,9 @@
 #include "Tarn/text/StringUtilities.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <stdexcept>
+#include <limits>
+#include <memory>
 
 #include "tests/Growth.h"
 
@@ -37,36 +37,34 @@ TEST(StringUtilities, ClassesOfEveryByte) {
         const std::string same(before, 'x');
         const std::string text = same + character + 'y';
         const int result = compareIgnoreCase(text, same + static_cast<char>(other) + (byte == 0 ? 'z' : 'Y'));
-        EXPECT_TRUE(order < 0 ? result < 0 : order > 0 ? result > 0 : result == 0) << other << ' ' << before;
+        EXPECT_EQ((result > 0) - (result < 0), (order > 0) - (order < 0)) << other << ' ' << before;
       }
     }
   }
 }
 
-TEST(StringUtilities, SearchesFromAStart) {
-  const std::string text("\0 a\0,b", 6);
-  constexpr int kFound[] = {2, 2, 2, 5, 5, 5};
-  for (int start = 0; start < 6; ++start) EXPECT_EQ(findAlphaNum(text, start), kFound[start]) << start;
-  for (const int start : {-1, 6, 7, -2147483647 - 1, 2147483647}) {
-    EXPECT_EQ(findAlphaNum(text, start), -1);
-    EXPECT_EQ(findNonWS(text, start), -1);
-    EXPECT_EQ(findValidNumberChar(text, start), -1);
-    EXPECT_EQ(findLastOf(text, 'a', start), -1);
+// Of a text whose beginning is never looked at, so that the system need not find the memory.
+TEST(StringUtilities, NoPositionIsBeyondAnInt) {
+  constexpr int kLast = std::numeric_limits<int>::max();
+  constexpr std::size_t kSize = std::size_t{kLast} + 3;
+  const std::unique_ptr<char[]> memory(new char[kSize]);
+  const std::string_view text(memory.get(), kSize);
+  for (const std::size_t hit : {0U, 1U}) {
+    const std::string_view end = hit == 0 ? "5\t\n" : "\t5\n";
+    end.copy(memory.get() + kLast, 3);
+    for (const int found : {findAlphaNum(text, kLast), findNonWS(text, kLast), findValidNumberChar(text, kLast),
+                            findLastOf(text, '5', kLast)}) {
+      EXPECT_EQ(found, hit == 0 ? kLast : -1);
+    }
   }
-  EXPECT_EQ(findAlphaNum("", 0), -1);
 }
 
 TEST(StringUtilities, ReplacesTheTextByItself) {
   std::string text = "abab";
-  replaceAll(text, "a", text);
-  EXPECT_EQ(text, "ababbababb");
   replaceAll(text, text, "x");
   EXPECT_EQ(text, "x");
   replaceAll(text, text, text);
   EXPECT_EQ(text, "x");
-  std::string many(300000, 'a');
-  replaceAll(many, "a", "bc");
-  EXPECT_EQ(many.size(), 600000U);
 }
 
 // In texts that repeat themselves, too.
@@ -85,28 +83,6 @@ TEST(StringUtilities, SearchesAreLinear) {
   });
 }
 
-struct Trim {
-  int line;
-  std::string_view text, left, right, both;
-};
-constexpr Trim kTrims[] = {
-    {__LINE__, "", "", "", ""},
-    {__LINE__, "  a b  ", "a b  ", "  a b", "a b"},
-    {__LINE__, "\t\n\v\f\r ", "", "", ""},
-    {__LINE__, "\xA0 a\xC2\xA0", "\xA0 a\xC2\xA0", "\xA0 a\xC2\xA0", "\xA0 a\xC2\xA0"},
-    {__LINE__, std::string_view(" \0 ", 3), std::string_view("\0 ", 2), std::string_view(" \0", 2),
-     std::string_view("\0", 1)},
-};
-
-TEST(StringUtilities, Trims) {
-  for (const Trim& row : kTrims) {
-    testing::ScopedTrace at(__FILE__, row.line, "");
-    EXPECT_EQ(ltrim_copy(std::string(row.text)), row.left);
-    EXPECT_EQ(rtrim_copy(std::string(row.text)), row.right);
-    EXPECT_EQ(trim_copy(std::string(row.text)), row.both);
-  }
-}
-
 // Each call that compiled before there were views has the meaning that it had.
 TEST(StringUtilities, TakesTextsInEveryForm) {
   const char* const pointer = "ab";
@@ -121,25 +97,10 @@ TEST(StringUtilities, TakesTextsInEveryForm) {
               trim_copy({' ', 'a'}) == "a" && trim_copy(view) == text);
 }
 
-TEST(StringUtilities, Joins) {
-  EXPECT_EQ(implode({}, ", "), "");
-  EXPECT_EQ(implode({"a"}, ", "), "a");
-  EXPECT_EQ(implode({"", "a", "", "b", ""}, ", "), ", a, , b, ");
-}
-
 TEST(StringUtilities, ComparesWidths) {
-  const std::string cut("ab\0x", 4);
-  EXPECT_EQ(compareIgnoreCase(cut, "AB"), 0);
-  EXPECT_GT(compareIgnoreCase("abc", cut), 0);
   EXPECT_EQ(compareIgnoreCase("\xC3\xA9X", L"\u00E9x"), 0);
-  EXPECT_LT(compareIgnoreCase("\xC3\xA9", L"\u20AC"), 0);
-  EXPECT_GT(compareIgnoreCase(L"\u20AC", "z"), 0);
-  EXPECT_NE(compareIgnoreCase(L"\u00C9", L"\u00E9"), 0);
-  EXPECT_LT(compareIgnoreCase(L"_", L"A"), 0);
-  EXPECT_LT(compareIgnoreCase(L"a", L"ab"), 0);
-  const auto isBadByte = testing::ThrowsMessage<std::invalid_argument>("Invalid UTF-8 byte encountered.");
-  EXPECT_THAT([] { return compareIgnoreCase("b\xFF", L"a"); }, isBadByte);
-  EXPECT_THAT([] { return compareIgnoreCase(L"a", std::string("b\0\x80", 3)); }, isBadByte);
+  EXPECT_NE(compareIgnoreCase(L"\u00C9", L"\u00E9"), 0);  // Only A to Z have another case.
+  EXPECT_LT(compareIgnoreCase(L"_", L"A"), 0);            // It is the lower case that counts.
 }
 
 }  // namespace

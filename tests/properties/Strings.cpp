@@ -1,6 +1,7 @@
 // String utilities against one-line definitions. Input: a start, then three texts.
 #include "Tarn/text/StringUtilities.h"
 
+#include <limits>
 #include <vector>
 
 #include "Tarn/text/Escapes.h"
@@ -79,7 +80,9 @@ void checkStrings(Input input) {
   const std::string text = input.text();
   const std::string from = input.text();
   const std::string to = input.rest();
-  for (const int at : {start, 0, static_cast<int>(text.size()) - 1}) requireSearches(text, at);
+  constexpr int kLast = std::numeric_limits<int>::max();
+  const int size = static_cast<int>(text.size());
+  for (const int at : {start, 0, size - 1, size, kLast, -kLast - 1}) requireSearches(text, at);
   require(findLastOf(text, from) == plainFindLast(text, from), "the last needle is strstr's");
   require(startsWith(text, from) == (text.compare(0, from.size(), from) == 0), "a prefix compares equal");
   const std::string many = repeated(text.substr(0, 100), 40);
@@ -95,11 +98,13 @@ void checkStrings(Input input) {
           "views end where they end");
   requireTrims(text);
   requireReplacements(text, from, to);
-  require(implode({text, from, to}, from) == text + from + from + from + to, "parts are joined");
+  require(implode({text, from, to}, from) == text + from + from + from + to && implode({text}, from) == text &&
+              implode({}, from).empty(),
+          "parts are joined");
   require(std::string(PrintF("%s", text)) == std::string(text.c_str()).substr(0, 999), "a C string is printed");
-  if (text.size() - text.find_last_not_of("0123456789") <= 19) {
-    std::string name = text;
+  for (const std::string& end : {std::string(), std::string("09"), std::string(from.size(), '9')}) {
+    std::string name = text + end;
     incrementIndex(name);
-    require(name == plainIncrement(text), "a name is numbered on");
+    require(name == plainIncrement(text + end), "a name is numbered on");
   }
 }

@@ -1,5 +1,7 @@
-// Both key tables under operations, against plain maps. Input: an operation each up to a '|': a letter, a token, a key.
+// Both key tables under operations, against the plain maps that define them. Input: an operation each up to a '|': a
+// letter, a token, a key.
 #include <limits>
+#include <utility>
 
 #include "Tarn/DataStructures/KeyTable.h"
 #include "Tarn/DataStructures/UuidKeyTable.h"
@@ -13,66 +15,129 @@ using namespace Tarn::DataStructures;
 
 constexpr std::uint64_t kAllOnes = std::numeric_limits<std::uint64_t>::max();
 
-std::uint64_t sizeOf(const KeyTable&, const PlainTable<std::string>& plain) { return plain.byToken.size(); }
-std::uint64_t sizeOf(const UuidKeyTable&, const PlainTable<uuids::uuid>& plain) { return plain.byKey.size(); }
-
-template <class Table, class Key>
-void requireSame(const Table& table, const PlainTable<Key>& plain, std::uint64_t token, const Key& key) {
-  require(table.getNumElements() == sizeOf(table, plain), "the sizes agree");
-  require(table.keyToToken(key) == (plain.byKey.contains(key) ? plain.byKey.at(key) : kAllOnes), "the key's token");
-  require(table.tokenToKey(token) ==
-              (plain.byToken.contains(token) ? std::optional(plain.byToken.at(token)) : std::nullopt),
-          "the token's key");
+void toKey(const std::string& text, std::string& key) { key = text; }
+void toKey(const std::string& text, uuids::uuid& key) {
+  std::array<unsigned char, 16> bytes{};
+  std::copy_n(text.begin(), std::min(text.size(), bytes.size()), bytes.begin());
+  key = uuids::uuid(bytes);
 }
 
-template <class Table, class Key>
-void operate(Table& table, PlainTable<Key>& plain, char operation, std::uint64_t token, const Key& key) {
-  switch (operation) {
-    case 'r':
-      require(table.rmEntry(token, key) == plain.rmEntry(token, key), "a removal tells whether both were there");
-      break;
-    case 'c': {
-      const bool holds = sizeOf(table, plain) > 0;
-      require(table.rmAll() == holds, "clearing tells whether there was something");
-      if (holds) plain = {};
-      break;
-    }
-    default:
-      require(table.addEntry(token, key) == plain.addEntry(token, key), "an insertion tells whether the token was new");
-  }
-  requireSame(table, plain, token, key);
-}
+std::size_t sizeOf(const KeyTable&, const PlainTable<std::string>& plain) { return plain.byToken.size(); }
+std::size_t sizeOf(const UuidKeyTable&, const PlainTable<uuids::uuid>& plain) { return plain.byKey.size(); }
 
-template <class Table, class Key>
-void requireAllSame(const Table& table, const PlainTable<Key>& plain) {
-  for (const auto& [token, key] : plain.byToken) requireSame(table, plain, token, key);
-  for (const auto& [key, token] : plain.byKey) requireSame(table, plain, token, key);
-}
-
+void requirePositions(const KeyTable&, const PlainTable<std::string>&) {}
 void requirePositions(const UuidKeyTable& table, const PlainTable<uuids::uuid>& plain) {
   std::uint64_t position = 0;
   for (const auto& [token, key] : plain.byToken) {
     require(table.getToken(position) == token && table.getKey(position) == key, "tokens have their positions");
     ++position;
   }
-  for (const std::uint64_t outside : {position, position + 1, kAllOnes}) {
+  for (const std::uint64_t outside : {position, position + 1, position + (std::uint64_t{1} << 32), kAllOnes}) {
     require(table.getToken(outside) == kAllOnes && !table.getKey(outside), "nothing is behind the last");
   }
 }
 
-uuids::uuid toUuid(const std::string& text) {
-  std::array<unsigned char, 16> bytes{};
-  std::copy_n(text.begin(), std::min(text.size(), bytes.size()), bytes.begin());
-  return uuids::uuid(bytes);
-}
+template <class Table, class Key>
+struct Compared {
+  Table table;
+  PlainTable<Key> plain;
+
+  void requireSame(std::uint64_t token, const Key& key) const {
+    require(table.getNumElements() == sizeOf(table, plain), "the sizes agree");
+    require(table.keyToToken(key) == (plain.byKey.contains(key) ? plain.byKey.at(key) : kAllOnes), "the key's token");
+    require(table.tokenToKey(token) ==
+                (plain.byToken.contains(token) ? std::optional(plain.byToken.at(token)) : std::nullopt),
+            "the token's key");
+  }
+
+  void requireAllSame() const {
+    for (const auto& [token, key] : plain.byToken) requireSame(token, key);
+    for (const auto& [key, token] : plain.byKey) requireSame(token, key);
+    requirePositions(table, plain);
+  }
+
+  void add(std::uint64_t token, const Key& key) {
+    require(table.addEntry(token, key) == plain.addEntry(token, key), "an insertion tells whether the token was new");
+    requireSame(token, key);
+  }
+
+  void remove(std::uint64_t token, const Key& key) {
+    require(table.rmEntry(token, key) == plain.rmEntry(token, key), "a removal tells whether both were there");
+    requireSame(token, key);
+  }
+
+  void removePair(std::uint64_t token) {
+    if (plain.byToken.contains(token)) remove(token, Key(plain.byToken.at(token)));
+  }
+
+  void clear() {
+    const bool holds = sizeOf(table, plain) > 0;
+    reached("tokens that no key leads to outlive clearing", !holds && !plain.byToken.empty());
+    require(table.rmAll() == holds, "clearing tells whether there was something");
+    if (holds) plain = {};
+  }
+
+  // What was moved from is an empty table, and what was moved or assigned to itself is a table.
+  void move(std::uint64_t token, const Key& key) {
+    Table moved = std::move(table);
+    require(table.getNumElements() == 0 && !table.tokenToKey(token) && table.addEntry(token, key) &&
+                table.keyToToken(key) == token,
+            "what was moved from is an empty table");
+    Table& same = table;
+    table = std::move(same);
+    table.addEntry(token, key);
+    require(table.tokenToKey(token) == key, "what was moved to itself is a table");
+    table = std::move(moved);
+    table = same;
+  }
+
+  // Adds and removes many in each order, so that what holds them grows and shrinks.
+  void addAndRemoveMany(std::uint64_t first, const std::string& ways) {
+    for (const char c : ways) {
+      const unsigned way = static_cast<unsigned char>(c);
+      const std::size_t count = 32 * (1 + way / 8);
+      for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t order[] = {i, count - 1 - i, i * 37 % count, i * i % count};
+        const std::uint64_t token = first + order[way / 2 % 4];
+        if (way % 2 == 0 && i % 8 != 0) {
+          removePair(token);
+        } else {
+          Key key;
+          toKey(std::to_string(token / 2) + std::string(token / 2 % 40, 'x'), key);  // Of two tokens.
+          add(token, key);
+        }
+      }
+      requireAllSame();
+      reached("tokens in blocks", plain.byToken.size() > 512);
+    }
+  }
+
+  void operate(char operation, std::uint64_t token, const std::string& text) {
+    Key key;
+    toKey(text, key);
+    if (operation == 'M') return addAndRemoveMany(token, text);
+    switch (operation & 31) {
+      case 'r' & 31:
+        return remove(token, key);
+      case 'p' & 31:
+        return removePair(token);
+      case 'c' & 31:
+        return clear();
+      case 'm' & 31:
+        return move(token, key);
+      default:
+        return add(token, key);
+    }
+  }
+};
 
 }  // namespace
 
 void checkTables(Input input) {
-  KeyTable names;
-  PlainTable<std::string> plainNames;
-  UuidKeyTable ids;
-  PlainTable<uuids::uuid> plainIds;
+  Compared<KeyTable, std::string> names;
+  Compared<UuidKeyTable, uuids::uuid> ids;
+  auto copiedNames = names;
+  auto copiedIds = ids;
   std::vector<KeyTableEntry> entries;
   while (!input.isEmpty()) {
     std::string key = input.text();
@@ -80,16 +145,17 @@ void checkTables(Input input) {
     const std::uint64_t token = key[1] == '~' ? kAllOnes : static_cast<unsigned char>(key[1]);
     const char operation = key[0];
     key.erase(0, 2);
-    operate(names, plainNames, operation, token, key);
-    operate(ids, plainIds, operation, token, toUuid(key));
+    names.operate(operation, token, key);
+    ids.operate(operation, token, key);
     entries.push_back({token, key});
+    if ((operation & 31) != ('s' & 31)) continue;
+    copiedNames = names;
+    copiedIds = ids;
   }
-  // Once at the end, as every beginning of an input is an input, too.
-  requirePositions(ids, plainIds);
-  requireAllSame(names, plainNames);
-  requireAllSame(ids, plainIds);
-  const KeyTable listed(entries);
-  PlainTable<std::string> plainListed;
-  for (const auto& [token, key] : entries) plainListed.addEntry(token, key);
-  requireAllSame(listed, plainListed);
+  // Once at the end, as every beginning of an input is an input, too. A copy stays, whatever came behind.
+  for (const auto* compared : {&names, &copiedNames}) compared->requireAllSame();
+  for (const auto* compared : {&ids, &copiedIds}) compared->requireAllSame();
+  Compared<KeyTable, std::string> listed{KeyTable(entries), {}};
+  for (const auto& [token, key] : entries) listed.plain.addEntry(token, key);
+  listed.requireAllSame();
 }

@@ -12,24 +12,47 @@ using namespace Tarn;
 
 const std::string kBehind = " | behind";
 
+void requireRest(const std::string& buffer, const std::string& separator) {
+  require(buffer == kBehind || buffer == separator + kBehind, "what is behind it stays");
+}
+
 template <class T>
 void requireBack(const T& value, const std::string& separator) {
   std::string buffer = written(value) + separator + kBehind;
   T back{};
   buffer >> back;
   require(back == value, "a value comes back");
-  require(buffer == kBehind || buffer == separator + kBehind, "what is behind it stays");
+  requireRest(buffer, separator);
 }
 
-// Six digits are written, so it is the text that comes back.
 template <class T>
-void requireDigitsBack(T value) {
-  if (!std::isfinite(value)) return;
+void requireAsStreamed(T value) {
+  std::ostringstream stream;
+  stream.imbue(std::locale::classic());
+  stream << value;
+  require(written(value) == stream.str(), "a number is written as streams do");
+}
+
+template <class T>
+void requireInteger(T value) {
+  requireAsStreamed(value);
+  requireBack(value, "");
+}
+
+// Six digits are written, so it is their text that comes back; exactly written, the number does.
+template <class T>
+void requireFloat(T value) {
+  if (!std::isfinite(value)) return;  // Runtimes differ in the names of what is no number.
+  requireAsStreamed(value);
   std::string buffer = written(value) + kBehind;
   const std::string text = buffer;
   T back{};
   buffer >> back;
   require(written(back) + buffer == text, "the digits come back");
+  buffer.clear();
+  buffer << exact(value) << kBehind;
+  buffer >> back;
+  require(back == value && buffer == kBehind, "an exact number comes back");
 }
 
 // Whether a text in a map comes back: no more than 16 bits a character, each in its shortest form, no NUL, and nothing
@@ -67,12 +90,21 @@ void requireMapBack(const StringMap& map) {
 }  // namespace
 
 void checkWriters(Input input) {
-  requireBack(input.number<long long>(), "");
-  requireBack(input.number<unsigned long long>(), "");
-  requireBack(input.number<int>(), "");
-  requireBack(input.number<short>(), "");
-  requireDigitsBack(input.number<double>());
-  requireDigitsBack(input.number<float>());
+  const auto bits = input.number<std::uint64_t>();
+  const auto number = input.number<double>();
+  for (unsigned shift = 0; shift < 64; shift += 21) {
+    requireInteger(static_cast<long long>(bits >> shift));
+    requireInteger(bits >> shift);
+    requireInteger(static_cast<long>(bits >> shift));
+    requireInteger(static_cast<int>(bits >> shift));
+    requireInteger(static_cast<unsigned>(bits >> shift));
+    requireInteger(static_cast<short>(bits >> shift));
+    requireFloat(static_cast<double>(bits >> shift) / 1000);
+    requireFloat(static_cast<float>(bits >> shift));
+  }
+  requireFloat(number);
+  requireFloat(static_cast<long double>(number) / 3);
+  requireFloat(input.number<float>());
   requireBack(uuids::uuid(input.number<std::array<unsigned char, 16>>()), "\n");
   StringMap map;
   while (!input.isEmpty()) {
