@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "Tarn/text/internal/EscapeText.h"
+#include "Tarn/text/internal/SixDigits.h"
 
 namespace Tarn {
 namespace {
@@ -98,7 +99,12 @@ void internal::appendByStream(std::string& buffer, void (*insert)(std::ostream& 
 }
 
 void internal::appendNumber(std::string& buffer, double number) {
-  appendFloat(buffer, number, std::chars_format::general, 6);
+  NumberText text;
+  if (char* const end = internal::writeSixDigits(text.data(), number)) {
+    buffer.append(text.data(), end);
+  } else {
+    appendFloat(buffer, number, std::chars_format::general, 6);
+  }
 }
 
 void internal::appendNumber(std::string& buffer, long double number) {

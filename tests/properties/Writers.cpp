@@ -102,6 +102,8 @@ void checkWriters(Input input) {
     requireFloat(static_cast<double>(bits >> shift) / 1000);
     requireFloat(static_cast<float>(bits >> shift));
   }
+  const double tie = static_cast<double>(bits % 4000000) / 2;  // Or near to one, of two numbers of six digits.
+  for (const double scale : {-1e-21, 1e-12, 1e-3, 1.0, 1e3, -1e19, 1e22}) requireFloat(tie * scale);
   requireFloat(number);
   requireFloat(static_cast<long double>(number) / 3);
   requireFloat(input.number<float>());
