@@ -54,7 +54,7 @@ form.setAttribute("role", "search");
 function show() {
   const found = find(field.value).map(([url, kind, title, text]) => {
     const summary = text.length > 100 ? text.slice(0, 100).replace(/\S*$/, "…") : text;
-    const link = element("a", { href: url }, element("b", {}, title), " " + kind, element("p", {}, summary));
+    const link = element("a", { href: url }, element("b", {}, title), " · " + kind, element("p", {}, summary));
     return element("li", {}, link);
   });
   hits.replaceChildren(...(found.length ? found : [element("li", {}, "Nothing found.")]));
