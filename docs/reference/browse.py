@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Uses the reference as a reader does, in headless Chromium: finds tasks by the words of a newcomer, and looks at each
-page on a narrow screen. Argument: the folder of the pages."""
+"""Uses the reference as a reader does, in headless Chromium: finds tasks by the words of a newcomer, and looks at pages
+of each kind on a narrow screen. Argument: the folder of the pages."""
 import http.client
 import json
 import pathlib
@@ -18,6 +18,8 @@ WORDS = {
     "escape": "text", "format": "format", "file": "model", "stream": "model", "statistics": "model",
     "look up": "translate",
 }
+PAGES = ["index", "md_*", "files", "annotated", "namespacemembers", "namespaceTarn", "classTarn_1_1Time",
+         "StringUtilities_8h"]
 ARGUMENTS = ["--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
              "--disable-background-networking", "--disable-component-update", "--disable-sync"]
 ELEMENT = "element-6066-11e4-a52e-4f735466cecf"  # The name that the WebDriver protocol gives it.
@@ -53,8 +55,7 @@ def check(browser, folder):
     browser.open(folder / "classTarn_1_1Time.html")
     browser.type("/")
     for word, tasks in WORDS.items():
-        browser.run("document.activeElement.value = ''")
-        browser.type(word)
+        browser.run(f"field.value = '{word}', show()")
         hits = browser.run("[...document.querySelectorAll('#search a')].map(link => link.getAttribute('href'))")[:3]
         if not any("index.html#" + task in hits for task in tasks.split()):
             yield f"'{word}' leads to {', '.join(hits) or 'nothing'}"
@@ -72,7 +73,7 @@ def check(browser, folder):
         browser.type("/")
     browser.call("/goog/cdp/execute", cmd="Emulation.setDeviceMetricsOverride",
                  params={"width": 420, "height": 900, "deviceScaleFactor": 1, "mobile": False})
-    for path in sorted(path for path in folder.glob("*.html") if not path.stem.endswith("-members")):
+    for path in sorted(path for page in PAGES for path in folder.glob(page + ".html")):
         browser.open(path)
         width = browser.run("document.documentElement.scrollWidth")
         if width > 420:
