@@ -1,8 +1,8 @@
 // What the benchmark programs share: a case times our function beside its peers, on the same inputs in the same run.
 //
-//     compare("wide of ASCII", {64, 4096}, ascii, [](const std::string& text) { return Tarn::wide(text); })
+//     comparePool("wide of ASCII", {64, 4096}, ascii, [](const std::string& text) { return Tarn::wide(text); })
 //         .peer("utf8cpp", [](const std::string& text) { return ...; })
-//         .limit("widening loop", [](const std::string& text) { return ...; });
+//         .limitCopy();
 //
 // registers benchmarks named "case/side/size", which is how bench/report.py groups them.
 #ifndef BENCH_BENCH_H_
@@ -10,6 +10,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -48,15 +49,15 @@ class Lazy {
   std::mutex mutex_;
 };
 
-// A side of a case is a function of the input. When it gives a function in turn, that one is timed, and what it holds,
-// such as a filled table, is prepared once.
+// A side of a case is a function of an input. When it gives a function in turn, that one is timed, and what it holds,
+// such as a filled table, is prepared once. Side and input must stay.
 template <class Side, class Input>
 auto bind(const Side& side, const Input& input) {
   using Result = std::invoke_result_t<const Side&, const Input&>;
   if constexpr (std::invocable<Result&>) {
     return side(input);
   } else {
-    return [side, &input] { return side(input); };
+    return [&side, &input] { return side(input); };
   }
 }
 
@@ -87,19 +88,15 @@ class Cycle {
   std::size_t next_ = 0;
 };
 
-// A side that takes one of the input's values at a call.
-template <class Use>
-auto each(Use use) {
-  return [use](const auto& values) { return [use, next = Cycle(values)]() mutable { return use(next()); }; };
-}
-
 template <class Input, class Ours>
 class Case {
  public:
-  Case(std::string name, Sizes sizes, std::function<Input(std::size_t)> make, Ours ours)
+  using Pool = std::vector<Input>;
+
+  Case(std::string name, Sizes sizes, std::function<Pool(std::size_t)> make, Ours ours)
       : name_(std::move(name)),
         sizes_(std::move(sizes)),
-        inputs_(std::make_shared<Lazy<Input>>(std::move(make))),
+        inputs_(std::make_shared<Lazy<Pool>>(std::move(make))),
         ours_(std::move(ours)) {
     add("ours", ours_, Unchecked{});
   }
@@ -118,23 +115,16 @@ class Case {
     return add("limit " + name, side, Unchecked{});
   }
 
-  // A limit that peers are spared: the report takes it from our time before it compares with them.
-  template <class Side>
-  Case& beyond(const std::string& name, Side side) {
-    return add("beyond " + name, side, Unchecked{});
+  // Copying the result, which no way to it can do without.
+  Case& limitCopy() {
+    return limit("copy",
+                 [ours = ours_](const Input& input) { return [result = bind(ours, input)()] { return result; }; });
   }
 
-  // Settings of the side that was added last.
+  // All sides that have been added or will be run in so many threads at once.
   Case& threads(int count) {
+    threads_ = count;
     last_->Threads(count);
-    return *this;
-  }
-  Case& once() {
-    last_->Iterations(1);
-    return *this;
-  }
-  Case& grows() {
-    last_->Complexity();
     return *this;
   }
 
@@ -143,47 +133,74 @@ class Case {
 
   template <class Side, class Check>
   Case& add(const std::string& name, Side side, Check check) {
-    struct Call {
-      decltype(bind(std::declval<const Side&>(), std::declval<const Input&>())) run;
-      bool isRight;
+    struct Calls {
+      std::vector<decltype(bind(std::declval<const Side&>(), std::declval<const Input&>()))> runs;
+      bool areRight = true;
     };
-    const auto calls = std::make_shared<Lazy<Call>>([inputs = inputs_, side, check](std::size_t size) {
-      const Input& input = (*inputs)(size);
-      Call call{bind(side, input), true};
-      if constexpr (!std::same_as<Check, Unchecked>) call.isRight = check(input, call.run());
-      return call;
+    const auto calls = std::make_shared<Lazy<Calls>>([inputs = inputs_, side, check](std::size_t size) {
+      Calls made;
+      for (const Input& input : (*inputs)(size)) {
+        made.runs.push_back(bind(side, input));
+        if constexpr (!std::same_as<Check, Unchecked>) {
+          made.areRight = made.areRight && check(input, made.runs.back()());
+        }
+      }
+      return made;
     });
     const auto time = [calls, isSized = !sizes_.empty()](benchmark::State& state) {
       const std::int64_t size = isSized ? state.range(0) : 0;
-      Call& call = (*calls)(static_cast<std::size_t>(size));
-      if (!call.isRight) state.SkipWithError("the result differs from ours");
-      for (auto _ : state) benchmark::DoNotOptimize(call.run());
-      state.SetComplexityN(size);
+      auto& [runs, areRight] = (*calls)(static_cast<std::size_t>(size));
+      if (!areRight) state.SkipWithError("the result differs from ours");
+      std::size_t next = 0;
+      for (auto _ : state) {
+        benchmark::DoNotOptimize(runs[next]());
+        next = next + 1 < runs.size() ? next + 1 : 0;
+      }
     };
     last_ = benchmark::RegisterBenchmark((name_ + '/' + name).c_str(), time);
     for (const std::int64_t size : sizes_) last_->Arg(size);
+    if (threads_ > 1) last_->Threads(threads_);
     return *this;
   }
 
   std::string name_;
   Sizes sizes_;
-  std::shared_ptr<Lazy<Input>> inputs_;
+  std::shared_ptr<Lazy<Pool>> inputs_;
   Ours ours_;
+  int threads_ = 1;
   benchmark::internal::Benchmark* last_ = nullptr;
 };
 
-// A case on inputs that `make` makes of sizes.
+// A case on one input of each size.
 template <class Make, class Ours>
 auto compare(std::string name, Sizes sizes, Make make, Ours ours) {
   using Input = std::invoke_result_t<Make, std::size_t>;
-  return Case<Input, Ours>(std::move(name), std::move(sizes), std::move(make), std::move(ours));
+  const auto single = [make](std::size_t size) {
+    std::vector<Input> pool;
+    pool.push_back(make(size));
+    return pool;
+  };
+  return Case<Input, Ours>(std::move(name), std::move(sizes), single, std::move(ours));
 }
 
-// A case on one input.
+// A case that takes one after the other of many inputs: from a single one, a processor learns how each branch goes.
 template <class Input, class Ours>
-auto compare(std::string name, Input input, Ours ours) {
+auto comparePool(std::string name, std::vector<Input> pool, Ours ours) {
   return Case<Input, Ours>(
-      std::move(name), {}, [input = std::move(input)](std::size_t) { return input; }, std::move(ours));
+      std::move(name), {}, [pool = std::move(pool)](std::size_t) { return pool; }, std::move(ours));
+}
+
+// The same with inputs that `make` makes of a size, of so many bytes each, and a seed.
+template <class Make, class Ours>
+auto comparePool(std::string name, Sizes sizes, Make make, Ours ours, std::size_t bytes = 1) {
+  using Input = std::invoke_result_t<Make, std::size_t, std::uint64_t>;
+  const auto many = [make, bytes](std::size_t size) {
+    const std::size_t count = std::clamp<std::size_t>((std::size_t{1} << 19) / (size * bytes), 1, 4096);
+    std::vector<Input> pool;
+    for (std::uint64_t seed = 1; seed <= count; ++seed) pool.push_back(make(size, seed));
+    return pool;
+  };
+  return Case<Input, Ours>(std::move(name), std::move(sizes), many, std::move(ours));
 }
 
 }  // namespace bench

@@ -1,16 +1,12 @@
 #include "Tarn/text/Formatting.h"
 
+#include <absl/strings/str_format.h>
+#include <fmt/compile.h>
+
 #include <array>
 #include <cstdio>
 
 #include "bench/Bench.h"
-
-#if WITH_ABSL
-#include <absl/strings/str_format.h>
-#endif
-#if WITH_FMT
-#include <fmt/printf.h>
-#endif
 
 namespace {
 
@@ -20,26 +16,31 @@ struct Arguments {
   double length;
 };
 
+std::vector<Arguments> pool() {
+  std::vector<Arguments> pool;
+  for (int i = 0; i < 1024; ++i) pool.push_back({std::string(static_cast<std::size_t>(i) % 13, 'x'), i * i, i * 0.37});
+  return pool;
+}
+
 }  // namespace
 
 void bench::registerCases() {
-  auto print = compare("PrintF", Arguments{"Tower", 42, 12.25}, [](const Arguments& arguments) {
-    return std::string(Tarn::PrintF("%s %03d: %.1f m", arguments.name, arguments.number, arguments.length));
-  });
-  print.limit("snprintf and a string", [](const Arguments& arguments) {
-    std::array<char, 1000> text;
-    const int size = std::snprintf(text.data(), text.size(), "%s %03d: %.1f m", arguments.name.c_str(),
-                                   arguments.number, arguments.length);
-    return std::string(text.data(), static_cast<std::size_t>(size));
-  });
-#if WITH_ABSL
-  print.peer("absl::StrFormat", [](const Arguments& arguments) {
-    return absl::StrFormat("%s %03d: %.1f m", arguments.name, arguments.number, arguments.length);
-  });
-#endif
-#if WITH_FMT
-  print.peer("fmt::sprintf", [](const Arguments& arguments) {
-    return fmt::sprintf("%s %03d: %.1f m", arguments.name, arguments.number, arguments.length);
-  });
-#endif
+  comparePool("PrintF", pool(),
+              [](const Arguments& arguments) {
+                return std::string(Tarn::PrintF("%s %03d: %.1f m", arguments.name, arguments.number, arguments.length));
+              })
+      .peer("snprintf and a string",
+            [](const Arguments& arguments) {
+              std::array<char, 1000> text;
+              const int size = std::snprintf(text.data(), text.size(), "%s %03d: %.1f m", arguments.name.c_str(),
+                                             arguments.number, arguments.length);
+              return std::string(text.data(), static_cast<std::size_t>(size));
+            })
+      .peer("absl::StrFormat",
+            [](const Arguments& arguments) {
+              return absl::StrFormat("%s %03d: %.1f m", arguments.name, arguments.number, arguments.length);
+            })
+      .peer("fmt::format, compiled", [](const Arguments& arguments) {
+        return fmt::format(FMT_COMPILE("{} {:03}: {:.1f} m"), arguments.name, arguments.number, arguments.length);
+      });
 }

@@ -30,12 +30,8 @@ template <class Tables>
 void registerTables() {
   bytesAKey<typename Tables::Ours, Tables>("ours");
   bytesAKey<typename Tables::Std, Tables>(Tables::kStd);
-#if WITH_ABSL
   bytesAKey<typename Tables::Absl, Tables>(Tables::kAbsl);
-#endif
-#if WITH_BOOST
   bytesAKey<bench::MultiIndex<typename Tables::Key>, Tables>("boost::multi_index");
-#endif
 }
 
 // The most that is allocated at a time, and what the result keeps, for each byte of the input.
@@ -54,20 +50,21 @@ void peakAByte(const std::string& name, Input (*make)(std::size_t), Function fun
   amount(name + ", peak bytes a byte/the result alone", 1 << 20, measure(false));
 }
 
+std::string ascii(std::size_t size) { return bench::ascii(size); }
 std::string european(std::size_t size) { return bench::kEuropean.withFewEscapes(size); }
 
 using bench::changed;
 
 void registerTexts() {
   using std::string;
-  peakAByte("wide of ASCII", bench::ascii, [](const string& text) { return Tarn::wide(text); });
+  peakAByte("wide of ASCII", ::ascii, [](const string& text) { return Tarn::wide(text); });
   peakAByte("wide of European text", european, [](const string& text) { return Tarn::wide(text); });
   peakAByte("controlsToEsc", european, changed([](string& text) { Tarn::controlsToEsc(text, true); }));
-  peakAByte("escToControls", bench::ascii, changed([](string& text) { Tarn::escToControls(text, true); }));
-  peakAByte("replaceAll, growing", bench::ascii, changed([](string& text) { Tarn::replaceAll(text, " ", "__"); }));
-  peakAByte("replaceAll, shrinking", bench::ascii, changed([](string& text) { Tarn::replaceAll(text, "er ", ""); }));
-  peakAByte("trim", bench::ascii, changed(Tarn::trim));
-  peakAByte("string read", bench::ascii, [](const string& text) {
+  peakAByte("escToControls", ::ascii, changed([](string& text) { Tarn::escToControls(text, true); }));
+  peakAByte("replaceAll, growing", ::ascii, changed([](string& text) { Tarn::replaceAll(text, " ", "__"); }));
+  peakAByte("replaceAll, shrinking", ::ascii, changed([](string& text) { Tarn::replaceAll(text, "er ", ""); }));
+  peakAByte("trim", ::ascii, changed(Tarn::trim));
+  peakAByte("string read", ::ascii, [](const string& text) {
     Tarn::ValueReader reader(text);
     string value;
     reader >> value;

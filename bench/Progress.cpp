@@ -2,9 +2,7 @@
 
 #include "bench/Bench.h"
 
-#if WITH_BOOST
 #include <boost/signals2.hpp>
-#endif
 
 namespace {
 
@@ -26,7 +24,6 @@ auto notify(std::size_t observers) {
   };
 }
 
-#if WITH_BOOST
 struct Signal {
   boost::signals2::signal<void(double)> signal;
   template <class F>
@@ -35,7 +32,6 @@ struct Signal {
   }
   void setProgress(double value) { signal(value); }
 };
-#endif
 
 struct Functions {
   std::vector<std::function<void(double)>> functions;
@@ -54,7 +50,5 @@ void bench::registerCases() {
   const auto observers = [](std::size_t count) { return count; };
   auto progress = compare("notify, observers", {0, 1, 8}, observers, notify<Tarn::DataStructures::Progress>);
   progress.limit("bare functions", notify<Functions>);
-#if WITH_BOOST
   progress.peer("boost::signals2", notify<Signal>);
-#endif
 }

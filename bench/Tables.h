@@ -16,16 +16,12 @@
 #include "bench/Bench.h"
 #include "bench/Texts.h"
 
-#if WITH_ABSL
 #include <absl/container/btree_map.h>
 #include <absl/container/flat_hash_map.h>
-#endif
-#if WITH_BOOST
 #include <boost/multi_index/hashed_index.hpp>
 #include <boost/multi_index/member.hpp>
 #include <boost/multi_index/ranked_index.hpp>
 #include <boost/multi_index_container.hpp>
-#endif
 
 namespace bench {
 
@@ -67,7 +63,6 @@ struct ByHand {
   }
 };
 
-#if WITH_BOOST
 // One container that is hashed by key, and ranked by token, so that positions are found in logarithmic time.
 template <class Key>
 struct MultiIndex {
@@ -92,7 +87,6 @@ struct MultiIndex {
     return found != pairs.template get<0>().end() ? std::optional(found->key) : std::nullopt;
   }
 };
-#endif
 
 // The kinds of table for string keys of a size, and for uuids. Keys from `first` on.
 template <std::size_t kSize>
@@ -102,10 +96,8 @@ struct StringTables {
   using Ours = bench::Ours<Tarn::DataStructures::KeyTable, Key>;
   using Std = bench::ByHand<std::unordered_map<Key, std::uint64_t>, std::unordered_map<std::uint64_t, Key>>;
   static constexpr const char* kStd = "two std::unordered_map";
-#if WITH_ABSL
   using Absl = bench::ByHand<absl::flat_hash_map<Key, std::uint64_t>, absl::flat_hash_map<std::uint64_t, Key>>;
   static constexpr const char* kAbsl = "two absl::flat_hash_map";
-#endif
   static std::vector<Key> keys(std::size_t first, std::size_t count) {
     std::vector<Key> keys;
     for (std::size_t i = first; i < first + count; ++i) {
@@ -122,7 +114,6 @@ struct UuidTables {
   using Ours = bench::Ours<Tarn::DataStructures::UuidKeyTable, Key>;
   using Std = bench::ByHand<std::map<Key, std::uint64_t>, std::map<std::uint64_t, Key>>;
   static constexpr const char* kStd = "two std::map";
-#if WITH_ABSL
   struct Hash {
     std::size_t operator()(const Key& key) const {
       return absl::HashOf(absl::string_view(reinterpret_cast<const char*>(key.as_bytes().data()), 16));
@@ -132,7 +123,6 @@ struct UuidTables {
   static constexpr const char* kAbsl = "absl::flat_hash_map and btree_map";
   using AbslHash =
       bench::ByHand<absl::flat_hash_map<Key, std::uint64_t, Hash>, absl::flat_hash_map<std::uint64_t, Key>>;
-#endif
   static std::vector<Key> keys(std::size_t first, std::size_t count) {
     std::vector<Key> keys = idsOf<Key>(randomBytes(first + count));
     return {keys.begin() + static_cast<std::ptrdiff_t>(first), keys.end()};
@@ -200,16 +190,12 @@ void registerTables(const Sizes& sizes) {
   const auto cases = [&](const std::string& name, auto peers) {
     auto added = compare(Tables::kName + ' ' + name, sizes, entriesOf<Tables>, peers(std::type_identity<Ours>()));
     added.peer(Tables::kStd, peers(std::type_identity<typename Tables::Std>()));
-#if WITH_ABSL
     added.peer(Tables::kAbsl, peers(std::type_identity<typename Tables::Absl>()));
     if constexpr (requires { typename Tables::AbslHash; }) {  // Without an order, it has no positions.
       if (name == "token found")
         added.peer("absl::flat_hash_map", peers(std::type_identity<typename Tables::AbslHash>()));
     }
-#endif
-#if WITH_BOOST
     added.peer("boost::multi_index", peers(std::type_identity<MultiIndex<typename Tables::Key>>()));
-#endif
   };
   cases("found", []<class T>(std::type_identity<T>) { return kFound<T>; });
   cases("missing", []<class T>(std::type_identity<T>) { return kMissing<T>; });

@@ -12,14 +12,17 @@
 #include <string_view>
 #include <vector>
 
+#include "Tarn/text/ValueText.h"
+
 namespace bench {
 
-// Words in random order, `size` bytes of them; full stops fill the end. Every 32nd word is `rare`, the sixth the first.
-inline std::string wordsOf(std::span<const std::string_view> words, std::string_view rare, std::size_t size) {
-  std::mt19937_64 random(1);
+// Words in an order that the seed decides, `size` bytes of them; full stops fill the end. Every 32nd word is `rare`.
+inline std::string wordsOf(std::span<const std::string_view> words, std::string_view rare, std::size_t size,
+                           std::uint64_t seed) {
+  std::mt19937_64 random(seed);
   std::string text;
   for (std::size_t count = 0;; ++count) {
-    const std::string_view word = count % 32 == 5 && !rare.empty() ? rare : words[random() % words.size()];
+    const std::string_view word = (count + seed) % 32 == 6 && !rare.empty() ? rare : words[random() % words.size()];
     if (text.size() + word.size() > size) break;
     text += word;
   }
@@ -30,8 +33,12 @@ struct Script {
   const char* name;
   std::array<std::string_view, 8> words;
 
-  [[nodiscard]] std::string plain(std::size_t size) const { return wordsOf(words, "", size); }
-  [[nodiscard]] std::string withFewEscapes(std::size_t size) const { return wordsOf(words, "12\"\n", size); }
+  [[nodiscard]] std::string plain(std::size_t size, std::uint64_t seed = 1) const {
+    return wordsOf(words, "", size, seed);
+  }
+  [[nodiscard]] std::string withFewEscapes(std::size_t size, std::uint64_t seed = 1) const {
+    return wordsOf(words, "12\"\n", size, seed);
+  }
 };
 
 inline constexpr Script kAscii = {
@@ -43,7 +50,7 @@ inline constexpr Script kCjk = {"CJK text",
                                 {"\u5854\u697c", "\u6e2c\u91cf\u70b9", "\u5317", "\u5730\u4e0b\u5ba4",
                                  "\u626b\u63cf\u3002", "\u30b9\u30ad\u30e3\u30f3", "\uc2a4\uce94", "\u9ad8\u3055"}};
 
-inline std::string ascii(std::size_t size) { return kAscii.plain(size); }
+inline std::string ascii(std::size_t size, std::uint64_t seed = 1) { return kAscii.plain(size, seed); }
 
 // What a function leaves of a copy of the text.
 inline auto changed(void (*function)(std::string&)) {
@@ -51,6 +58,15 @@ inline auto changed(void (*function)(std::string&)) {
     function(text);
     return text;
   };
+}
+
+// What a buffer gets of a value.
+template <class Value>
+std::string written(const Value& value) {
+  using Tarn::operator<<;
+  std::string text;
+  text << value;
+  return text;
 }
 
 // Numbers from 0 up to below `count` in random order.

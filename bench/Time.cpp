@@ -1,167 +1,176 @@
 #include "Tarn/time/Time.h"
 
-#include <cstdio>
-#include <ctime>
+#include <algorithm>
+#include <array>
+#include <string_view>
 
-#include "Tarn/text/ValueText.h"
 #include "bench/Bench.h"
-#include "bench/Clocks.h"
-
-#if WITH_ABSL
-#include <absl/time/time.h>
-#endif
-#if WITH_FMT
-#include <fmt/chrono.h>
-#endif
+#include "bench/Texts.h"
+#include "bench/TimePeers.h"
 
 namespace {
 
+using bench::comparePool;
 using Tarn::Time;
-
-constexpr std::time_t kSeconds = 1709647629;  // 2024-03-05 14:07:09 UTC.
 
 struct Input {
   Time time;
-  Time other;
-  std::time_t seconds = kSeconds;
-  std::tm broken{};
-#if WITH_ABSL
-  absl::Time abslTime = absl::FromTimeT(kSeconds) + absl::Milliseconds(42);
-#endif
+  std::time_t seconds;
 };
 
-using Convert = std::tm* (*)(const std::time_t*, std::tm*);
-
-Input input(Convert convert = localtime_r) {
-  Input input;
-  input.time.setTime(kSeconds + 0.042);
-  input.other.setTime(kSeconds + 0.043);
-  convert(&input.seconds, &input.broken);
-  return input;
+std::vector<Input> pool() {
+  std::vector<Input> pool;
+  for (const std::time_t seconds : bench::someSeconds()) {
+    Input& input = pool.emplace_back();
+    input.seconds = seconds;
+    input.time.setTime(static_cast<double>(seconds) + 0.042);
+  }
+  return pool;
 }
 
-auto converted(Convert convert) {
-  return [convert](const Input& input) {
-    std::tm broken;
-    convert(&input.seconds, &broken);
-    return broken;
-  };
+using Convert = std::tm (*)(const Input& input);
+
+std::tm local(const Input& input) {
+  std::tm fields;
+  localtime_r(&input.seconds, &fields);
+  return fields;
 }
 
-const auto local = converted(localtime_r);
+std::tm utc(const Input& input) {
+  std::tm fields;
+  gmtime_r(&input.seconds, &fields);
+  return fields;
+}
 
-std::pair<std::tm, std::tm> localTwice(const Input& input) { return {local(input), local(input)}; }
+// What cctz gives of the fields that texts are made of.
+std::tm localByCctz(const Input& input) {
+  const auto found = bench::localZone().lookup(std::chrono::system_clock::from_time_t(input.seconds));
+  std::tm fields{};
+  fields.tm_year = static_cast<int>(found.cs.year()) - 1900;
+  fields.tm_mon = found.cs.month() - 1;
+  fields.tm_mday = found.cs.day();
+  fields.tm_hour = found.cs.hour();
+  fields.tm_min = found.cs.minute();
+  fields.tm_sec = found.cs.second();
+  fields.tm_gmtoff = found.offset;
+  return fields;
+}
 
-int year(const Input& input) { return input.time.getYear(); }
-
-// A text that strftime, {fmt} and Abseil make of a layout in strftime's letters.
+// A layout in the letters of strftime, as an argument of templates. The zone's offset, %z, has a colon here.
+template <std::size_t kSize>
 struct Layout {
-  const char* name;
-  std::string (Time::*ours)() const;
-  std::string letters;
+  consteval Layout(const char (&text)[kSize]) { std::copy_n(text, kSize, letters); }
+  char letters[kSize];
 };
 
-void registerLayouts() {
-  for (const auto& [name, ours, letters] :
-       std::vector<Layout>{{"2", &Time::getTimeStr2, "%d.%m.%Y at %H:%M:%S"},
-                           {"4", &Time::getTimeStr4, "%H:%M:%S:042"},
-                           {"5", &Time::getTimeStr5, "%d.%m.%Y"},
-                           {"6", &Time::getTimeStr6, "%y%m%d"},
-                           {"7", &Time::getTimeStr7, "%y%m%d_%H%M%S"},
-                           {"8", &Time::getTimeStr8, "%Y-%m-%d %H:%M:%S"},
-                           {"9", &Time::getTimeStr9, "%Y-%m-%dT%H:%M:%SZ"},
-                           {"ISO", &Time::getIsoTimeStr, "%Y-%m-%dT%H:%M:%S+01:00"}}) {
-    const bool isUtc = letters.ends_with('Z');
-    auto text = bench::compare(std::string("time layout ") + name, input(isUtc ? gmtime_r : localtime_r),
-                               [ours = ours](const Input& input) { return (input.time.*ours)(); });
-    text.beyond(isUtc ? "gmtime_r" : "localtime_r", converted(isUtc ? gmtime_r : localtime_r));
-    text.peer("strftime", [layout = letters](const Input& input) {
-      std::array<char, 64> buffer;
-      return std::string(buffer.data(), std::strftime(buffer.data(), buffer.size(), layout.c_str(), &input.broken));
-    });
-#if WITH_FMT
-    text.peer("fmt::format", [layout = "{:" + letters + "}"](const Input& input) {
-      return fmt::format(fmt::runtime(layout), input.broken);
-    });
-#endif
-#if WITH_ABSL
-    text.peer("absl::FormatTime", [layout = letters, zone = isUtc ? absl::UTCTimeZone() : absl::LocalTimeZone()](
-                                      const Input& input) { return absl::FormatTime(layout, input.abslTime, zone); });
-#endif
+char* putTwo(char* to, int number) {
+  to[0] = static_cast<char>('0' + number / 10);
+  to[1] = static_cast<char>('0' + number % 10);
+  return to + 2;
+}
+
+char* putOffset(char* to, long offset) {
+  *to = '+';
+  to = putTwo(to + 1, static_cast<int>(offset / 3600));
+  *to = ':';
+  return putTwo(to + 1, static_cast<int>(offset / 60 % 60));
+}
+
+// What a letter stands for; without its leading zero if it has a minus.
+template <char kLetter, bool kHasMinus>
+char* putField(char* to, const std::tm& t) {
+  if (kLetter == 'z') return putOffset(to, t.tm_gmtoff);
+  if (kLetter == 'Y') return putTwo(putTwo(to, t.tm_year / 100 + 19), t.tm_year % 100);
+  const int number = kLetter == 'd'   ? t.tm_mday
+                     : kLetter == 'm' ? t.tm_mon + 1
+                     : kLetter == 'y' ? t.tm_year % 100
+                     : kLetter == 'H' ? t.tm_hour
+                     : kLetter == 'M' ? t.tm_min
+                                      : t.tm_sec;
+  if (!kHasMinus || number > 9) return putTwo(to, number);
+  *to = static_cast<char>('0' + number);
+  return to + 1;
+}
+
+// Digits by hand: what one writes who knows the layout when compiling.
+template <Layout kLayout, std::size_t kAt = 0>
+char* put(char* to, const std::tm& t) {
+  constexpr const char* kNext = kLayout.letters + kAt;
+  if constexpr (*kNext == '\0') {
+    return to;
+  } else if constexpr (*kNext == '%') {
+    constexpr bool kHasMinus = kNext[1] == '-';
+    constexpr std::size_t kLetterAt = kHasMinus ? 2 : 1;
+    return put<kLayout, kAt + kLetterAt + 1>(putField<kNext[kLetterAt], kHasMinus>(to, t), t);
+  } else {
+    *to = *kNext;
+    return put<kLayout, kAt + 1>(to + 1, t);
   }
 }
 
-void registerOperators() {
-  using namespace Tarn;
-  auto write = bench::compare("time to a buffer", input(), [](const Input& input) {
-    std::string buffer;
-    buffer << input.time;
-    return buffer;
-  });
-  write.beyond("localtime_r", local);
-  write.peer("snprintf", [](const Input& input) {
-    const std::tm& broken = input.broken;
-    std::array<char, 64> text;
-    const int size = std::snprintf(text.data(), text.size(), "%d.%d.%d %d:%d:%d:%d", broken.tm_mday, broken.tm_mon + 1,
-                                   broken.tm_year + 1900, broken.tm_hour, broken.tm_min, broken.tm_sec, 42);
-    return std::string(text.data(), static_cast<std::size_t>(size));
-  });
-#if WITH_FMT
-  write.peer("fmt::format", [](const Input& input) {
-    const std::tm& broken = input.broken;
-    return fmt::format("{}.{}.{} {}:{}:{}:{}", broken.tm_mday, broken.tm_mon + 1, broken.tm_year + 1900, broken.tm_hour,
-                       broken.tm_min, broken.tm_sec, 42);
-  });
-#endif
-  auto read = bench::compare("time from a text", std::string("5.3.2024 15:7:9:0"), [](const std::string& text) {
-    return [&text, time = Time()]() mutable {
-      ValueReader reader(text);
-      reader >> time;
-      return time.getLastTime();
-    };
-  });
-  read.limit("clocks and zone", [](const std::string& /*text*/) { return bench::askClocksAndZone(kSeconds); });
-  read.peer("sscanf and mktime", [](const std::string& text) {
-    std::tm broken{};
-    int millisecond = 0;
-    std::sscanf(text.c_str(), "%d.%d.%d %d:%d:%d:%d", &broken.tm_mday, &broken.tm_mon, &broken.tm_year, &broken.tm_hour,
-                &broken.tm_min, &broken.tm_sec, &millisecond);
-    broken.tm_mon -= 1;
-    broken.tm_year -= 1900;
-    broken.tm_isdst = -1;
-    return static_cast<double>(std::mktime(&broken)) + millisecond / 1000.0;
-  });
+template <Layout kLayout, Convert convert>
+std::string byHand(const Input& input) {
+  std::array<char, 64> buffer;
+  const std::tm fields = convert(input);
+  return {buffer.data(), put<kLayout>(buffer.data(), fields)};
 }
+
+template <Layout kLayout, Convert convert>
+std::string byStrftime(const Input& input) {
+  std::array<char, 64> buffer;
+  const std::tm fields = convert(input);
+  return {buffer.data(), std::strftime(buffer.data(), buffer.size(), kLayout.letters, &fields)};
+}
+
+template <Layout kLayout, Convert convert = local>
+void compareText(const std::string& name, std::string (*ours)(const Input&)) {
+  auto text = comparePool(name, pool(), ours);
+  text.limit("conversion", convert).peer("conversion, digits", byHand<kLayout, convert>);
+  if constexpr (convert == local) text.peer("cctz, digits", byHand<kLayout, localByCctz>);
+  if constexpr (!std::string_view(kLayout.letters).ends_with('z')) {
+    text.peer("conversion, strftime", byStrftime<kLayout, convert>);
+  }
+}
+
+template <std::string (Time::*kText)() const>
+std::string textOf(const Input& input) {
+  return (input.time.*kText)();
+}
+
+void registerTexts() {
+  compareText<"%d.%m.%Y at %H:%M:%S">("time layout 2", textOf<&Time::getTimeStr2>);
+  compareText<"%H:%M:%S:042">("time layout 4", textOf<&Time::getTimeStr4>);
+  compareText<"%d.%m.%Y">("time layout 5", textOf<&Time::getTimeStr5>);
+  compareText<"%y%m%d">("time layout 6", textOf<&Time::getTimeStr6>);
+  compareText<"%y%m%d_%H%M%S">("time layout 7", textOf<&Time::getTimeStr7>);
+  compareText<"%Y-%m-%d %H:%M:%S">("time layout 8", textOf<&Time::getTimeStr8>);
+  compareText<"%Y-%m-%dT%H:%M:%SZ", utc>("time layout 9", textOf<&Time::getTimeStr9>);
+  compareText<"%Y-%m-%dT%H:%M:%S%z">("time layout ISO", textOf<&Time::getIsoTimeStr>);
+  compareText<"%Y-%m-%dT%H:%M:%S.042%z">("isoText", [](const Input& input) { return Tarn::isoText(input.time); });
+  compareText<"%-d.%-m.%Y %-H:%-M:%-S:42">("time to a buffer",
+                                           [](const Input& input) { return bench::written(input.time); });
+}
+
+int year(const Input& input) { return input.time.getYear(); }
+int localYear(const Input& input) { return local(input).tm_year + 1900; }
+int cctzYear(const Input& input) { return localByCctz(input).tm_year + 1900; }
 
 void registerFields() {
-  bench::compare("Time::compare", input(), [](const Input& input) {
-    return Time::compare(input.time, input.other);
-  }).limit("two localtime_r", localTwice);
-  bench::compare("time getter", input(), year).limit("localtime_r", local);
-}
-
-// What a call costs in each of two threads that make it at once.
-template <class Call>
-void registerThreads(const std::string& name, Call call) {
-  bench::compare(name + ", two threads", input(), call)
+  comparePool("time getter", pool(), year).peer("localtime_r", localYear).peer("cctz", cctzYear);
+  comparePool("time getter, two threads", pool(), year)
       .threads(2)
-      .peer("one thread", call)
-      .threads(1)
-      .limit("localtime_r", local)
-      .threads(2);
-}
-
-void registerThreads() {
-  registerThreads("time getter", year);
-  registerThreads("time layout 8", [](const Input& input) { return input.time.getTimeStr8(); });
-  registerThreads("localtime_r", [](const Input& input) { return local(input).tm_year; });
+      .peer("localtime_r", localYear)
+      .peer("cctz", cctzYear);
+  constexpr Layout kLayout8 = "%Y-%m-%d %H:%M:%S";
+  comparePool("time layout 8, two threads", pool(), textOf<&Time::getTimeStr8>)
+      .threads(2)
+      .peer("conversion, digits", byHand<kLayout8, local>)
+      .peer("cctz, digits", byHand<kLayout8, localByCctz>);
 }
 
 }  // namespace
 
 void bench::registerCases() {
-  registerLayouts();
-  registerOperators();
+  registerTexts();
   registerFields();
-  registerThreads();
 }

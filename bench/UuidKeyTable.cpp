@@ -27,8 +27,6 @@ auto byIterator(const Entries& entries) {
 void bench::registerCases() {
   auto positions = compare("UuidKeyTable, all positions", {1000, 10000, 100000}, entriesOf<UuidTables>, byPosition);
   positions.peer("std::map iterated", byIterator<UuidTables::Std>);
-#if WITH_ABSL
   positions.peer("absl::btree_map iterated", byIterator<UuidTables::Absl>);
-#endif
   registerTables<UuidTables>({1000, 100000, 1000000});
 }

@@ -1,8 +1,7 @@
-// The main program of every family: Google Benchmark's, whose output also names the peers that were not installed.
+// The main program of every family.
 #include "bench/Bench.h"
 
 int main(int argc, char** argv) {
-  benchmark::AddCustomContext("missing_peers", BENCH_MISSING_PEERS);
   bench::registerCases();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;

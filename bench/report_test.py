@@ -21,18 +21,16 @@ class ReportTest(unittest.TestCase):
 
     def test_times(self):
         times, _, failed = collect(
-            entry("slow/ours", 8), entry("slow/ours", 4), entry("slow/ours", 90),  # The median is 8.
+            entry("slow/ours", 8), entry("slow/ours", 90), entry("slow/ours", 10),  # The least counts.
             entry("slow/a", 0.032, time_unit="us"), entry("slow/b", 16), entry("slow/limit copy", 2),
             entry("fast/ours/9", 2000), entry("fast/a/9", 8000),
-            entry("beyond/ours", 50), entry("beyond/a", 80), entry("beyond/beyond call", 40),
             entry("threads/ours/threads:2", 1, real_time=10, threads=2),
-            entry("threads/one thread/threads:1", 1, real_time=25),
+            entry("threads/a/threads:2", 1, real_time=12.5, threads=2),
             entry("alone/ours/8", 1))
         self.assertEqual(list(report.times_table(times))[1:], [
-            ["threads", "20 ns", "one thread", "25 ns", "0.80", "", "", ""],
+            ["threads", "20 ns", "a", "25 ns", "0.80", "", "", ""],
             ["slow", "8 ns", "b", "16 ns", "0.50", "copy", "4.00", "a 0.25"],
-            ["fast, 9", "2 us", "a", "8 us", "0.25", "", "", ""],
-            ["beyond", "50 ns", "a", "80 ns", "0.12", "call", "1.25", ""]])
+            ["fast, 9", "2 us", "a", "8 us", "0.25", "", "", ""]])
         self.assertEqual(failed, [])
 
     def test_laws(self):
