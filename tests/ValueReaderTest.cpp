@@ -191,8 +191,8 @@ TEST(ValueReader, ManyReadsAreLinear) {
   }
   expectLinearOf([](std::size_t n) { return std::string(n, ' ') + "maybe"; }, readInVain<bool>);
   expectLinearOf([](std::size_t n) { return std::string(n, ','); }, readInVain<int>);
-  expectLinearOf([](std::size_t n) { return times("\"a\"", n) + std::string(n, 'x'); }, readAll<std::string>);
-  expectLinearOf([](std::size_t n) { return '{' + times("=>a\n", n) + std::string(n, 'x'); }, readAll<StringMap>);
+  expectLinearOf([](std::size_t n) { return times("\"a\"", 4 * n) + std::string(n, 'x'); }, readAll<std::string>);
+  expectLinearOf([](std::size_t n) { return '{' + times("=>a\n", 4 * n) + std::string(n, 'x'); }, readAll<StringMap>);
   expectLinearOf([](std::size_t n) { return std::string(n, '-') + '\n' + times("\"\"", n); }, readAll<uuids::uuid>);
 }
 

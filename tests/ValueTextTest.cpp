@@ -13,7 +13,7 @@ namespace foreign {
 struct Opaque {
   int number;
 };
-std::ostream& operator<<(std::ostream& stream, const Opaque& opaque) { return stream << '#' << opaque.number; }
+std::ostream& operator<<(std::ostream& stream, const Opaque& opaque) { return stream.put('#') << opaque.number; }
 
 // What its stream thinks of it does not matter.
 struct Failing {};
