@@ -4,50 +4,47 @@
 #include <cstdint>
 #include <iostream>
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
 #include <vector>
 
-#include "catalogue/FileLock.h"
-#include "catalogue/Output.h"
 #include "catalogue/Stream.h"
-#include "catalogue/Text.h"
+#include "catalogue/System.h"
 
 namespace catalogue {
 
 using namespace Tarn::DataStructures;
+using Json = nlohmann::ordered_json;
 
 namespace {
 
-// The scans of a model by name and by uuid, neither of which occurs twice. Both tables know a scan by its token: its
-// place in the stream, from 0.
+// The scans of a model by name and by uuid, neither of which occurs twice. Both tables know a scan by its token.
 class Model {
  public:
   [[nodiscard]] std::uint64_t size() const { return names_.getNumElements(); }
 
   // Throws `ScanError`, and adds nothing, for a name or a uuid that is taken.
-  void add(const Record& record) {
-    const std::string& name = record.scan.name();
-    if (const std::uint64_t taken = names_.keyToToken(name); taken != kNone) {
-      throw ScanError("there is a scan " + inQuotes(name) + " already, token " + std::to_string(taken));
-    }
-    if (const std::uint64_t taken = ids_.keyToToken(record.id); taken != kNone) {
-      throw ScanError("there is a scan with this uuid already, token " + std::to_string(taken));
-    }
-    names_.addEntry(record.token, name);
-    ids_.addEntry(record.token, record.id);
+  void add(const Scan& scan) {
+    refuse("a scan " + inQuotes(scan.name()), names_.keyToToken(scan.name()));
+    refuse("a scan with this uuid", ids_.keyToToken(scan.id));
+    names_.addEntry(scan.token, scan.name());
+    ids_.addEntry(scan.token, scan.id);
   }
 
  private:
-  static constexpr std::uint64_t kNone = std::numeric_limits<std::uint64_t>::max();
+  static void refuse(const std::string& what, std::uint64_t token) {
+    if (token == std::numeric_limits<std::uint64_t>::max()) return;  // It is not there.
+    throw ScanError("there is " + what + " already, token " + std::to_string(token));
+  }
 
   KeyTable names_;
   UuidKeyTable ids_;
 };
 
-std::filesystem::path streamIn(const std::filesystem::path& folder) {
-  if (!is_directory(folder)) throw std::runtime_error("there is no folder " + textOf(folder));
-  std::filesystem::path path = folder / StreamNames::S_MODEL_SCANS;
+std::filesystem::path streamIn(const std::string& folder) {
+  if (!is_directory(pathOf(folder))) throw std::runtime_error("there is no folder " + folder);
+  std::filesystem::path path = pathOf(folder) / StreamNames::S_MODEL_SCANS;
   if (exists(path) && !is_regular_file(path)) throw std::runtime_error(textOf(path) + " is no regular file");
   return path;
 }
@@ -55,199 +52,198 @@ std::filesystem::path streamIn(const std::filesystem::path& folder) {
 // Reads a whole stream into a model. What is not exactly as it would be written is a problem only if that is asked for.
 std::vector<Problem> load(const std::filesystem::path& path, Model& model, bool isStrict, Console& console) {
   RecordReader reader(path, isStrict, console);
-  while (const auto record = reader.next()) {
-    if (isStrict && !isTextOf(reader.text(), *record)) reader.report("the record is not what would be written for it");
+  while (const auto scan = reader.next()) {
     try {
-      model.add(*record);
-    } catch (const ScanError& error) {
+      if (isStrict && recordOf(*scan) != reader.text()) reader.report("this is not what would be written");
+      model.add(*scan);
+    } catch (const std::invalid_argument& error) {  // Also from the codec, for what is no UTF-8.
       reader.report(error.what());
     }
   }
   return reader.problems();
 }
 
-// The line of a list without what some editors add: a byte order mark, a carriage return.
+// The line of a list without what some editors add: a byte order mark, a carriage return. Empty if it does not count.
 std::string_view plainText(const Line& read) {
   std::string_view line = read.text;
   if (read.number == 1 && line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
   if (line.ends_with('\r')) line.remove_suffix(1);
-  return line;
+  return line.starts_with('#') || line.find_first_not_of(" \t") == std::string_view::npos ? "" : line;
 }
 
-bool isComment(std::string_view line) {
-  return line.starts_with('#') || line.find_first_not_of(" \t") == std::string_view::npos;
+// Whether a scan goes by this name, uuid in either form, or token.
+bool goesBy(const std::string& key, const Scan& scan) {
+  return scan.name() == key || scan.id == Tarn::parseUuid(key) || scan.id.toShortString() == key ||
+         std::to_string(scan.token) == key;
 }
 
-// How well a key names a scan: by its name best, else by its uuid in either form, else by its token.
-int closeness(const Record& record, const std::string& key) {
-  if (record.scan.name() == key) return 3;
-  if (record.id == Tarn::parseUuid(key) || record.id.toShortString() == key) return 2;
-  return std::to_string(record.token) == key ? 1 : 0;
-}
-
-std::optional<Record> findScan(RecordReader& reader, const std::string& key) {
-  std::optional<Record> found;
-  for (int best = 0; best < 3;) {
-    auto record = reader.next();
-    if (!record) break;
-    if (const int now = closeness(*record, key); now > best) {
-      best = now;
-      found = std::move(record);
-    }
+void addRow(Table& table, const Scan& scan) {
+  std::vector<std::string> properties;
+  for (const auto& [key, value] : scan.properties) {
+    if (key != kName) properties.push_back(Tarn::implode({key, value}, "="));
   }
-  return found;
+  if (table.isNew()) table.add({"token", "name", "time", "properties", "uuid"});
+  table.add({std::to_string(scan.token), shortened(scan.name(), 28), scan.time.getTimeStr8(),
+             shortened(Tarn::implode(properties, ", "), 60), scan.id.toShortString()});
+}
+
+// Prints the rest of a table, which is to have so many rows at most.
+void finish(Table& table, std::size_t scans, std::size_t rows) {
+  table.print(columnsOf(1));
+  if (scans > rows) std::cout << "... and " << scans - rows << " more\n";
 }
 
 // What became of a list.
 struct Added {
-  std::uint64_t scans = 0;
-  std::uint64_t skippedLines = 0;
-  std::vector<Record> first;  // Of the scans, to be shown.
+  std::size_t scans = 0;
+  std::size_t skippedLines = 0;
+  Table shown;
 };
 
-// Adds the scans of a list to the stream and to the model.
 Added addScans(LineReader& list, Model& model, Appender& stream, std::size_t rows, Console& console) {
   Added added;
-  if (stream.isNew()) stream.append(StreamNames::S_SCAN_HEADER + '\n');
   while (list.next()) {
     const std::string_view line = plainText(list.line());
-    if (isComment(line)) continue;
+    if (line.empty()) continue;
     try {
-      const Record record{model.size(), Tarn::uuids::uuid::generate(), parseScan(line)};
-      const std::string text = storableText(record);
-      model.add(record);
-      stream.append(text);
-      if (added.scans++ < rows) added.first.push_back(record);
+      Scan scan = parseLine(line);
+      scan.token = model.size();
+      model.add(scan);
+      stream.append(recordOf(scan));
+      if (added.scans++ < rows) addRow(added.shown, scan);
     } catch (const ScanError& error) {
       console.say(list.name() + ':' + std::to_string(list.line().number) + ": " + error.what());
       ++added.skippedLines;
     }
     console.advance(list.done());
   }
-  stream.finish();
-  FileLock::keepWhenInterrupted();
+  stream.flush();
   return added;
 }
 
-ExitStatus showScan(RecordReader& reader, const std::string& key, const Options& options, Console& console) {
-  const std::optional<Record> found = findScan(reader, key);
-  console.clear();
-  if (found) {
-    std::cout << (options.list   ? listLineOf(found->scan) + '\n'
-                  : options.json ? jsonOf(*found) + '\n'
-                                 : detailsOf(*found));
-  } else {
-    console.say("catalogue: there is no scan " + inQuotes(key) + " in " + reader.name());
-  }
-  return !reader.problems().empty() ? kDamaged : found ? kAllWell : kNotAll;
+Table detailsOf(const Scan& scan) {
+  Table table;
+  table.add({"token", std::to_string(scan.token)});
+  table.add({"uuid", scan.id.string() + " or " + scan.id.toShortString()});
+  table.add({"time", Tarn::isoText(scan.time)});
+  table.add({});
+  for (const auto& [key, value] : scan.properties) table.add({shortened(key), shortened(value)});
+  return table;
 }
+
+Json jsonOf(const Scan& scan) {
+  Json properties(scan.properties);
+  properties.erase(kName);
+  return {{"token", scan.token},
+          {"uuid", scan.id.string()},
+          {"name", scan.name()},
+          {"time", Tarn::isoText(scan.time)},
+          {"properties", properties}};
+}
+
+// A line in ASCII, whatever the texts hold.
+void print(const Json& json) { std::cout << json.dump(-1, ' ', true, Json::error_handler_t::replace) << '\n'; }
 
 }  // namespace
 
 void checkOutput() {
   if (std::cout) return;
-  if (meansClosedPipe(errno)) throw ReaderGone();
+  if (errno == EPIPE || errno == EINVAL) throw ReaderGone();  // The latter on Windows.
   throwIoError("cannot write to standard output");
 }
 
-ExitStatus writeScans(const Options& options, Console& console) {
+ExitStatus writeScans(const Options& options) {
+  Console console;
   const bool fromFile = options.argument && options.argument != "-";
   LineReader list(fromFile ? std::optional(pathOf(*options.argument)) : std::nullopt);
   const std::filesystem::path path = streamIn(options.folder);
   const std::string name = textOf(path);
-  const FileLock lock(path, [&] {
+  FileLock lock(path, true);
+  if (!lock.take(false)) {
     if (options.noWait) throw std::runtime_error("another program writes to " + name);
     console.say("catalogue: waiting for another program that writes to " + name);
-  });
-  if (!fromFile && isTerminal(0)) console.say("catalogue: reading a list from the terminal, up to its end");
+    if (!lock.take(true)) throwIoError("cannot lock " + name);
+  }
   // A list of unknown size counts as 0, and then no share is known. Its bytes cost more than those of the stream.
   const auto oldSize = static_cast<double>(file_size(path));
-  const double listSize = 2.5 * static_cast<double>(list.size());
-  const double oldShare = listSize > 0.0 ? oldSize / (oldSize + listSize) : 0.0;
+  const double oldShare = list.size() > 0.0 ? oldSize / (oldSize + 2.5 * list.size()) : 0.0;
 
   Model model;
   console.begin("Reading the stream", oldShare);
-  if (!lock.isNew() && !load(path, model, false, console).empty()) {
+  if (oldSize > 0.0 && !load(path, model, false, console).empty()) {
     console.say("catalogue: " + name + " is damaged; nothing was written");
     return kDamaged;
   }
+  if (!fromFile && isTerminal(0)) console.say("catalogue: waiting for a list from the terminal, up to its end");
   console.begin("Writing scans", 1.0 - oldShare);
-  lock.undoWhenInterrupted();
-  Appender stream(path, lock.isNew());
-  const Added added = addScans(list, model, stream, options.rows.value_or(20), console);
+  Appender stream(path);
+  const std::size_t rows = options.rows.value_or(20);
+  Added added = addScans(list, model, stream, rows, console);
   console.clear();
-  if (!stream.readBack()) {
-    console.say("catalogue: " + name + " does not hold what was written");
-    return kDamaged;
-  }
-
   if (options.json) {
-    std::cout << jsonObject({{"list", jsonText(list.name())},
-                             {"added", std::to_string(added.scans)},
-                             {"skipped", std::to_string(added.skippedLines)},
-                             {"stream", jsonText(name)},
-                             {"scans", std::to_string(model.size())}})
-              << '\n';
+    print({{"list", list.name()},
+           {"added", added.scans},
+           {"skipped", added.skippedLines},
+           {"stream", name},
+           {"scans", model.size()}});
   } else {
-    Table table(std::cout);
-    for (const Record& record : added.first) table.add(record);
-    table.finish();
-    if (added.scans > added.first.size()) std::cout << "... and " << added.scans - added.first.size() << " more\n";
+    finish(added.shown, added.scans, rows);
     std::cout << list.name() << ": " << added.scans << " scans added, " << added.skippedLines << " lines skipped\n"
               << name << ": " << model.size() << " scans\n";
   }
   return added.skippedLines == 0 ? kAllWell : kNotAll;
 }
 
-ExitStatus showScans(const Options& options, Console& console) {
+ExitStatus showScans(const Options& options) {
+  constexpr std::size_t kBlock = 1000;  // Rows that are held back to find how wide the columns are.
+  const auto& key = options.argument;
+  const std::size_t rows = options.rows.value_or(std::numeric_limits<std::size_t>::max());
+  // A table that grows on the terminal shows by itself how it gets on.
+  Console console(key || !isTerminal(1));
   console.begin("Reading the stream", 1.0);
   RecordReader reader(streamIn(options.folder), true, console);
-  if (options.argument) return showScan(reader, *options.argument, options, console);
-
-  const std::size_t rows = options.rows.value_or(std::numeric_limits<std::size_t>::max());
-  Table table(std::cout);
-  std::uint64_t count = 0;
-  for (; auto record = reader.next(); ++count) {
-    if (count >= rows) continue;
-    if (options.list) {
-      std::cout << listLineOf(record->scan) << '\n';
-    } else if (options.json) {
-      std::cout << jsonOf(*record) << '\n';
+  Table table;
+  std::size_t count = 0;
+  while (const auto scan = reader.next()) {
+    if (key && !goesBy(*key, *scan)) continue;
+    if (count++ >= rows) continue;
+    if (key) console.clear();
+    if (options.json) {
+      print(jsonOf(*scan));
+    } else if (options.list) {
+      std::cout << lineOf(*scan) << '\n';
+    } else if (key) {
+      detailsOf(*scan).print();
     } else {
-      table.add(std::move(*record));
+      addRow(table, *scan);
+      if (table.size() >= kBlock) table.print(columnsOf(1));
     }
     checkOutput();
   }
   console.clear();
-  table.finish();
-  if (!options.json && !options.list) {
-    if (count > rows) std::cout << "... and " << count - rows << " more\n";
+  if (key && count == 0) console.say("catalogue: there is no scan " + inQuotes(*key) + " in " + reader.name());
+  if (!key && !options.json && !options.list) {
+    finish(table, count, rows);
     std::cout << reader.name() << ": " << count << " scans\n";
   }
-  return reader.problems().empty() ? kAllWell : kDamaged;
+  return !reader.problems().empty() ? kDamaged : key && count == 0 ? kNotAll : kAllWell;
 }
 
-ExitStatus verifyScans(const Options& options, Console& console) {
+ExitStatus verifyScans(const Options& options) {
   const std::filesystem::path path = streamIn(options.folder);
-  const std::string name = textOf(path);
+  Console console;
   Model model;
   console.begin("Verifying", 1.0);
   const std::vector<Problem> problems = load(path, model, true, console);
   console.clear();
   if (options.json) {
-    std::vector<std::string> objects;
-    objects.reserve(problems.size());
-    for (const Problem& problem : problems) {
-      objects.push_back(jsonObject({{"line", std::to_string(problem.line)},
-                                    {"byte", std::to_string(problem.byte)},
-                                    {"reason", jsonText(problem.reason)}}));
+    Json found = Json::array();
+    for (const auto& [line, byte, reason] : problems) {
+      found.push_back({{"line", line}, {"byte", byte}, {"reason", reason}});
     }
-    std::cout << jsonObject({{"stream", jsonText(name)},
-                             {"scans", std::to_string(model.size())},
-                             {"problems", '[' + Tarn::implode(objects, ",") + ']'}})
-              << '\n';
+    print({{"stream", textOf(path)}, {"scans", model.size()}, {"problems", found}});
   } else {
-    std::cout << name << ": " << model.size() << " scans, " << problems.size() << " problems\n";
+    std::cout << textOf(path) << ": " << model.size() << " scans, " << problems.size() << " problems\n";
   }
   return problems.empty() ? kAllWell : kDamaged;
 }

@@ -3,18 +3,15 @@
 #define CATALOGUE_COMMANDS_H_
 
 #include <cstddef>
-#include <filesystem>
 #include <optional>
 #include <string>
-
-#include "catalogue/Terminal.h"
 
 namespace catalogue {
 
 enum ExitStatus { kAllWell = 0, kNotAll = 1, kFailed = 2, kDamaged = 3 };
 
 struct Options {
-  std::filesystem::path folder;
+  std::string folder;
   std::optional<std::string> argument;  // The list to write, or the scan to show.
   std::optional<std::size_t> rows;
   bool json = false;
@@ -22,14 +19,14 @@ struct Options {
   bool noWait = false;  // For another writer.
 };
 
-// Adds the scans of a list to the stream, and compares what the file then holds with what was written.
-ExitStatus writeScans(const Options& options, Console& console);
+// Adds the scans of a list to the stream.
+ExitStatus writeScans(const Options& options);
 
 // Prints all scans, or all that is known of one.
-ExitStatus showScans(const Options& options, Console& console);
+ExitStatus showScans(const Options& options);
 
 // Looks for everything that is wrong with the stream.
-ExitStatus verifyScans(const Options& options, Console& console);
+ExitStatus verifyScans(const Options& options);
 
 // Whoever read the output has read enough.
 struct ReaderGone {};

@@ -1,15 +1,24 @@
 #include "catalogue/Stream.h"
 
 #include <cerrno>
+#include <csignal>
 #include <iostream>
 #include <system_error>
 #include <utility>
 
-#include "catalogue/FileLock.h"
+#include "catalogue/System.h"
 
 namespace catalogue {
 
-namespace StreamNames = Tarn::DataStructures::StreamNames;
+namespace {
+
+using Tarn::DataStructures::StreamNames::S_SCAN_HEADER;
+
+volatile std::sig_atomic_t interruption = 0;  // The signal, if one has to wait.
+
+extern "C" void remember(int signal) { interruption = signal; }
+
+}  // namespace
 
 std::filesystem::path pathOf(const std::string& text) { return std::u8string(text.begin(), text.end()); }
 
@@ -30,7 +39,7 @@ LineReader::LineReader(const std::optional<std::filesystem::path>& path)
   if (!file_) throwIoError("cannot read " + name_);
   std::error_code noSize;  // A pipe has none.
   const std::uintmax_t size = file_size(*path, noSize);
-  if (!noSize) size_ = size;
+  if (!noSize) size_ = static_cast<double>(size);
 }
 
 bool LineReader::next() {
@@ -45,32 +54,29 @@ bool LineReader::next() {
   return true;
 }
 
-double LineReader::done() const { return size_ == 0 ? 0.0 : static_cast<double>(end_) / static_cast<double>(size_); }
-
 RecordReader::RecordReader(const std::filesystem::path& path, bool mayGrow, Console& console)
-    : path_(path), mayGrow_(mayGrow), lines_(path), console_(console) {
-  if (lines_.next() && lines_.line().hasEnd && lines_.line().text == StreamNames::S_SCAN_HEADER) return;
+    : path_(path), mayGrow_(mayGrow), lines_(path), console_(console), first_{{}, 1} {
+  if (lines_.next() && lines_.line().hasEnd && lines_.line().text == S_SCAN_HEADER) return;
   report("the stream does not begin with the header of scan data");
   isLost_ = true;
 }
 
-std::optional<Record> RecordReader::next() {
+std::optional<Scan> RecordReader::next() {
   while (lines_.next()) {
     const bool isRecord = Tarn::parseUuid(lines_.line().text).has_value();
     if (isLost_ && !isRecord) continue;
-    line_ = lines_.line().number;
-    byte_ = lines_.line().byte;
-    text_ = lines_.line().text + '\n';
+    first_ = lines_.line();
+    text_ = first_.text + '\n';
     const bool hasBody = isRecord && lines_.next();
     if (hasBody) text_ += lines_.line().text + '\n';
-    const bool isWhole = hasBody && lines_.line().hasEnd;
-    std::optional<Record> record = isWhole ? parseRecord(text_) : std::nullopt;
     console_.advance(lines_.done());
-    if (!isWhole && !lines_.line().hasEnd && mayGrow_ && FileLock::isHeld(path_)) return std::nullopt;
-    isLost_ = !record;
-    if (record) {
-      record->token = records_++;
-      return record;
+    const bool isWhole = hasBody && lines_.line().hasEnd;
+    if (!lines_.line().hasEnd && mayGrow_ && !FileLock(path_, false).take(false)) return std::nullopt;
+    std::optional<Scan> scan = isWhole ? parseRecord(text_) : std::nullopt;
+    isLost_ = !scan;
+    if (scan) {
+      scan->token = records_++;
+      return scan;
     }
     report(!isRecord ? "no record begins here" : isWhole ? "the record is damaged" : "the record is cut short");
   }
@@ -78,59 +84,49 @@ std::optional<Record> RecordReader::next() {
 }
 
 void RecordReader::report(const std::string& reason) {
-  problems_.push_back({line_, byte_, reason});
-  console_.say(lines_.name() + ':' + std::to_string(line_) + ": byte " + std::to_string(byte_) + ": " + reason);
+  problems_.push_back({first_.number, first_.byte, reason});
+  console_.say(name() + ':' + std::to_string(first_.number) + ": byte " + std::to_string(first_.byte) + ": " + reason);
 }
 
-Appender::Appender(std::filesystem::path path, bool isNew)
-    : path_(std::move(path)), isNew_(isNew), oldSize_(file_size(path_)) {
-  errno = 0;
-  out_.open(path_, std::ios::binary | std::ios::app);
-  if (!out_) throwIoError("cannot write " + textOf(path_));
+Appender::Appender(std::filesystem::path path) : path_(std::move(path)), size_(file_size(path_)) {
+  if (size_ > 0) return;
+  pending_ = S_SCAN_HEADER + '\n';
+  flush();
 }
 
-Appender::~Appender() {
-  if (isFinished_) return;
-  out_.close();
-  std::error_code ignored;  // The failure that brought us here is the one to report.
-  if (isNew_) {
-    std::filesystem::remove(path_, ignored);
-  } else {
-    std::filesystem::resize_file(path_, oldSize_, ignored);
-  }
-}
-
-void Appender::append(std::string_view text) {
+void Appender::append(std::string_view record) {
   constexpr std::size_t kPiece = 1U << 20U;
-  pending_ += text;
+  pending_ += record;
   if (pending_.size() >= kPiece) flush();
 }
 
-void Appender::finish() {
-  flush();
-  out_.close();
-  if (!out_) throwIoError("cannot write " + textOf(path_));
-  isFinished_ = true;
-}
-
 void Appender::flush() {
+  const auto onInterrupt = std::signal(SIGINT, remember);
+  const auto onTermination = std::signal(SIGTERM, remember);
   errno = 0;
-  out_.write(pending_.data(), static_cast<std::streamsize>(pending_.size())).flush();
-  if (!out_) throwIoError("cannot write " + textOf(path_));
-  pieces_.push_back({pending_.size(), std::hash<std::string>()(pending_)});
+  const bool isWritten = writePending();
+  const int reason = errno;
+  std::error_code ignored;  // The failure that brought us here is the one to report.
+  if (!isWritten) resize_file(path_, size_, ignored);
+  static_cast<void>(std::signal(SIGINT, onInterrupt));
+  static_cast<void>(std::signal(SIGTERM, onTermination));
+  if (interruption != 0) static_cast<void>(std::raise(interruption));
+  errno = reason;
+  if (!isWritten) throwIoError("cannot write " + textOf(path_));
+  size_ += pending_.size();
   pending_.clear();
 }
 
-bool Appender::readBack() const {
+bool Appender::writePending() const {
+  std::ofstream out(path_, std::ios::binary | std::ios::app);
+  out << pending_;
+  out.close();
+  if (!out) return false;
   std::ifstream in(path_, std::ios::binary);
-  in.seekg(static_cast<std::streamoff>(oldSize_));
-  std::string text;
-  for (const Piece& piece : pieces_) {
-    text.resize(piece.size);
-    if (!in.read(text.data(), static_cast<std::streamsize>(text.size()))) return false;
-    if (std::hash<std::string>()(text) != piece.hash) return false;
-  }
-  return in && in.peek() == std::ifstream::traits_type::eof();
+  in.seekg(static_cast<std::streamoff>(size_));
+  std::string text(pending_.size(), '\0');
+  in.read(text.data(), static_cast<std::streamsize>(text.size()));
+  return in && text == pending_ && in.peek() == std::ifstream::traits_type::eof();
 }
 
 }  // namespace catalogue

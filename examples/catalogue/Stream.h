@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <istream>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -40,15 +39,15 @@ class LineReader {
   [[nodiscard]] const Line& line() const { return line_; }
   [[nodiscard]] const std::string& name() const { return name_; }
   // In bytes, 0 where nobody knows; and how much of it has been read, 0 to 1, or 0.
-  [[nodiscard]] std::uint64_t size() const { return size_; }
-  [[nodiscard]] double done() const;
+  [[nodiscard]] double size() const { return size_; }
+  [[nodiscard]] double done() const { return size_ > 0.0 ? static_cast<double>(end_) / size_ : 0.0; }
 
  private:
   std::string name_;
   std::ifstream file_;
   std::istream& in_;
   Line line_;
-  std::uint64_t size_ = 0;
+  double size_ = 0.0;
   std::uint64_t end_ = 0;  // Of the line.
 };
 
@@ -59,14 +58,14 @@ struct Problem {
   std::string reason;
 };
 
-// The records of a stream, one after the other. Where one cannot be read, that is a problem, and reading goes on at the
-// next line that is a uuid. The console is told each problem, and how reading gets on.
+// The scans of a stream, one after the other. Where a record cannot be read, that is a problem, and reading goes on at
+// the next line that is a uuid. The console is told each problem, and how reading gets on.
 class RecordReader {
  public:
-  // Of a stream that may grow meanwhile, an unfinished record at the end is none.
+  // Where somebody else may be writing, an unfinished record at the end is none.
   RecordReader(const std::filesystem::path& path, bool mayGrow, Console& console);
 
-  std::optional<Record> next();
+  std::optional<Scan> next();
 
   // The two lines of the record that was taken last, and a problem with them.
   [[nodiscard]] const std::string& text() const { return text_; }
@@ -82,43 +81,28 @@ class RecordReader {
   Console& console_;
   std::vector<Problem> problems_;
   std::uint64_t records_ = 0;
-  std::string text_;
-  std::size_t line_ = 1;  // Where the text begins.
-  std::uint64_t byte_ = 0;
+  Line first_;        // Of the record.
+  std::string text_;  // Of the record.
   bool isLost_ = false;
 };
 
-// Appends to a file, whose lock is held, in large pieces. Unless it is finished, the file ends up as it was.
+// Appends records to a stream, whose lock is held, and begins it if there is none. They are written in large pieces,
+// each of whole records; one that cannot be written, or does not read back the same, is taken back, and an interruption
+// of the program waits for its end.
 class Appender {
  public:
-  Appender(std::filesystem::path path, bool isNew);
-  Appender(const Appender&) = delete;
-  Appender& operator=(const Appender&) = delete;
-  ~Appender();
+  explicit Appender(std::filesystem::path path);
 
-  [[nodiscard]] bool isNew() const { return isNew_; }
-
-  void append(std::string_view text);
-  void finish();
-
-  // Whether the finished file holds, from its old end on, what was appended and nothing else.
-  [[nodiscard]] bool readBack() const;
-
- private:
-  struct Piece {
-    std::size_t size;
-    std::size_t hash;
-  };
-
+  void append(std::string_view record);
   void flush();
 
+ private:
+  // Also reads it back. False, with a reason in `errno` if there is one.
+  [[nodiscard]] bool writePending() const;
+
   std::filesystem::path path_;
-  bool isNew_;
-  std::uintmax_t oldSize_;
-  std::ofstream out_;
+  std::uintmax_t size_;
   std::string pending_;
-  std::vector<Piece> pieces_;
-  bool isFinished_ = false;
 };
 
 }  // namespace catalogue

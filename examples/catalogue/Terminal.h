@@ -1,4 +1,4 @@
-// What a command tells a person while it works.
+// What a person sees: text in columns, tables of it, and how the work gets on.
 #ifndef CATALOGUE_TERMINAL_H_
 #define CATALOGUE_TERMINAL_H_
 
@@ -8,32 +8,52 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
-#include <ostream>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace catalogue {
 
-// The next three have a source for each system.
+// The columns that a line has at this moment on standard output (1) or error (2); any number if that is no terminal.
+std::size_t columnsOf(int descriptor);
 
-// Prepares standard input and output, and gives the arguments of main in UTF-8, without the program's name. A reader
-// of the output that goes away makes writing fail, and does not end the program.
-std::vector<std::string> startProgram(int argc, char** argv);
+// The columns of a text in UTF-8, as far as it is that; East Asian wide characters take two, combining ones none.
+std::size_t widthOf(std::string_view text);
 
-// Whether standard output (1) or standard error (2) is a terminal.
-bool isTerminal(int descriptor);
+// The text in at most so many columns, cut with an ellipsis. What would disturb a terminal is shown as a question mark.
+std::string shortened(std::string_view text, std::size_t columns = std::string::npos);
 
-// Whether an `errno` of writing says that nobody reads the pipe any longer.
-bool meansClosedPipe(int error);
+// A text to be named in a message.
+std::string inQuotes(std::string_view text);
 
-// Messages and, where it is wanted, a bar in one line that follows the work:
+// Rows of cells, printed in columns as wide as they need to be.
+class Table {
+ public:
+  using Row = std::vector<std::string>;
+
+  void add(Row row) { rows_.push_back(std::move(row)); }
+  [[nodiscard]] std::size_t size() const { return rows_.size(); }  // Without those that have been printed.
+  [[nodiscard]] bool isNew() const { return rows_.empty() && widths_.empty(); }
+
+  // Prints the rows to standard output, each in at most so many columns, and forgets them. Those of later rows begin
+  // at the same places, as far as they fit.
+  void print(std::size_t columns = std::string::npos);
+
+ private:
+  std::vector<Row> rows_;
+  std::vector<std::size_t> widths_;
+};
+
+// Messages on standard error and, where that is a terminal, a bar in one line that follows the work:
 //
 //     [#########                ]  36 %  83210 scans/s  0:07 left  Writing scans
 //
-// The bar is drawn ten times a second at most, and not at all for work that takes no longer than that.
+// On a narrow terminal the bar is shorter, and the last parts go. It is drawn ten times a second at most, and not at
+// all for work that takes no longer than that.
 class Console {
  public:
-  Console(std::ostream& out, bool withBar);
+  explicit Console(bool mayDraw = true);
   Console(const Console&) = delete;
   Console& operator=(const Console&) = delete;
   ~Console() { clear(); }
@@ -55,7 +75,6 @@ class Console {
 
   void draw(Clock::time_point now);
 
-  std::ostream& out_;
   bool withBar_;
   std::shared_ptr<Tarn::DataStructures::Progress> whole_ = std::make_shared<Tarn::DataStructures::Progress>();
   std::optional<Tarn::DataStructures::PartialProgress> part_;
@@ -65,7 +84,7 @@ class Console {
   Clock::time_point start_ = Clock::now();
   Clock::time_point partStart_ = start_;
   Clock::time_point drawn_ = start_;
-  std::size_t columns_ = 0;  // Of the line that stands on the terminal.
+  std::size_t shown_ = 0;  // Characters of the bar that stand on the terminal.
 };
 
 }  // namespace catalogue
