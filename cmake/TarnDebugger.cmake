@@ -17,6 +17,7 @@ target_sources(TarnDataStructures INTERFACE
 if(BUILD_SHARED_LIBS AND NOT MSVC AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
   set(types "${PROJECT_SOURCE_DIR}/debugger/types.cpp")
   target_sources(TarnDataStructures PRIVATE "${types}")
-  set_source_files_properties("${types}" PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON COMPILE_OPTIONS
-    "-g;-gz;-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.;$<IF:$<CXX_COMPILER_ID:Clang>,-fstandalone-debug,-femit-class-debug-always>")
+  set(describe -g -gz "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=."
+      $<IF:$<CXX_COMPILER_ID:Clang>,-fstandalone-debug,-femit-class-debug-always>)
+  set_source_files_properties("${types}" PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON COMPILE_OPTIONS "${describe}")
 endif()
