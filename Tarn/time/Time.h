@@ -180,8 +180,8 @@ TARN_API ValueReader& operator>>(ValueReader& reader, Time& time);
 /// @{
 
 /// The local time to the millisecond with its offset from UTC: `2024-03-05T14:07:09.042+01:00`, `Z` at UTC (RFC 3339).
-/// `parseTime` reads it back, in any zone. In a zone of odd seconds, which the form cannot express, the clock of the
-/// next offset of whole minutes toward UTC. Outside the calendar range all digits are zero.
+/// `parseTime` reads it back, in any zone. A zone of odd seconds shows the clock of the next offset of whole minutes
+/// toward UTC. Outside the calendar range all digits are zero; less than a second before it, the milliseconds are.
 [[nodiscard]] TARN_API std::string isoText(const Time& time);
 
 /// The time that a text is, or nothing for any other text.

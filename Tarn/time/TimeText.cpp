@@ -153,7 +153,7 @@ std::string isoText(const Time& time) {
     offset -= oddSeconds;
   }
   Row row;
-  row.putDate(fields).put('T').putClock(fields).put('.').putThree(seconds >= 0 ? millisecond : 0);
+  row.putDate(fields).put('T').putClock(fields).put('.').putThree(seconds >= 0 ? std::max(millisecond, 0) : 0);
   return row.putOffset(offset).text();
 }
 
