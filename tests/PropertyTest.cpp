@@ -17,8 +17,8 @@ struct Property {
   void (*check)(Input);
 };
 constexpr Property kProperties[] = {
-    {"Readers", checkReaders}, {"Strings", checkStrings}, {"Tables", checkTables},   {"Texts", checkTexts},
-    {"Times", checkTimes},     {"Words", checkWords},     {"Writers", checkWriters},
+    {"Progress", checkProgress}, {"Readers", checkReaders}, {"Strings", checkStrings}, {"Tables", checkTables},
+    {"Texts", checkTexts},       {"Times", checkTimes},     {"Words", checkWords},     {"Writers", checkWriters},
 };
 
 std::vector<std::string> corpusOf(const std::string& name) {

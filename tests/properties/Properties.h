@@ -4,6 +4,7 @@
 
 #include "tests/properties/Input.h"
 
+void checkProgress(Input input);
 void checkReaders(Input input);
 void checkStrings(Input input);
 void checkTables(Input input);
