@@ -2,6 +2,8 @@
 // too, where the system binds names across libraries.
 #include <gtest/gtest.h>
 #include <sys/random.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -9,6 +11,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
+#include <sstream>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -20,6 +23,9 @@ namespace {
 std::vector<int> randomErrors;  // Of the next calls, the last one first.
 std::size_t mostRandomBytes = SIZE_MAX;
 bool knowsLocalTime = true;
+bool areClocksStill = false;
+std::timespec wallClock{1700000000, 0};
+std::timespec steadyClock{500, 0};
 
 }  // namespace
 
@@ -39,6 +45,12 @@ bool knowsLocalTime = true;
   if (!knowsLocalTime) return nullptr;
   *fields = *std::localtime(time);
   return fields;
+}
+
+[[gnu::visibility("default")]] int clock_gettime(clockid_t clock, std::timespec* time) noexcept {
+  if (!areClocksStill) return static_cast<int>(syscall(SYS_clock_gettime, clock, time));
+  *time = clock == CLOCK_REALTIME ? wallClock : steadyClock;
+  return 0;
 }
 
 namespace {
@@ -76,6 +88,37 @@ TEST(FailingSystem, ShowsNoLocalTimeThatIsNotKnown) {
   time.setTime(2024, 3, 5, 14, 7, 9, 42);  // The other direction still knows it.
   EXPECT_EQ(time.getTimeStr9(), "2024-03-05T19:07:09Z");
   knowsLocalTime = true;
+}
+
+// Half a minute by the steady clock, whatever the system's is set to meanwhile.
+TEST(FailingSystem, EachWayToSetATimeSetsItsSteadyHalf) {
+  areClocksStill = true;
+  for (const int ahead : {-3600, 0, 3600}) {
+    wallClock.tv_sec = 1700000000;
+    const int seconds = 1700000000 + ahead;
+    const Time whole(std::chrono::system_clock::from_time_t(seconds));
+    std::vector<Time> times(7, whole);
+    times[1].setTime(static_cast<long long>(seconds));
+    times[2].setTime(seconds);
+    times[3] = *parseTime(isoText(whole));
+    times[4] = Time::fromIsoTimeStrIgnoringTimeZone(whole.getIsoTimeStr());
+    std::string text;
+    text << whole;
+    std::istringstream(text) >> times[5];
+    text >> times[6];
+    if (ahead == 0) {
+      times.insert(times.end(), {Time::now(), Time()});
+      EXPECT_EQ(times.back().getCurrentTime(), seconds);
+    }
+    wallClock.tv_sec += 12345;
+    steadyClock.tv_sec += 30;
+    for (const Time& time : times) {
+      EXPECT_EQ(time.getAbsLastTime(), seconds);
+      EXPECT_TRUE(time.isTimeOut(29.999 - ahead) && !time.isTimeOut(30.001 - ahead));
+    }
+  }
+  EXPECT_TRUE(Time().isTimeOut(1700012344.999) && !Time().isTimeOut(1700012345.001));
+  areClocksStill = false;
 }
 
 TEST(FailingSystem, PrintsNothingThatCannotBeFormatted) { EXPECT_EQ(std::string(PrintF("before %lc", 0x110000)), ""); }
