@@ -6,51 +6,34 @@ namespace {
 
 using namespace Tarn::DataStructures;
 
-void fill(HistogramStatistics& block, std::size_t bins) {
-  block.unit = 0.5;
-  block.sums = {1, 2, 3, 4, 5, 6, 7, 8};
-  block.range = {-1, 1};
-  block.outliers = 9;
-  block.frequentValues[2.5] = 3;
-  block.histogram.resize(bins, 7);
-}
+static_assert(sizeof(SampleSums) == 64);
+static_assert(sizeof(decltype(HistogramStatistics::frequentValues)::value_type) == 16);
+static_assert(sizeof(decltype(CountStatistics::counts)::value_type) == 8);
 
-bool isZero(const SampleSums& sums) {
-  return sums.count == 0 && sums.invalid == 0 && sums.minimum == 0 && sums.maximum == 0 && sums.sum == 0 &&
-         sums.sumOfSquares == 0 && sums.weight == 0 && sums.weightedSum == 0;
-}
+constexpr SampleSums kSums = {1, 2, 3, 4, 5, 6, 7, 8};
 
-void expectReset(const HistogramStatistics& block, std::size_t bins) {
-  EXPECT_TRUE(isZero(block.sums));
-  EXPECT_EQ(block.outliers, 0U);
-  EXPECT_TRUE(block.frequentValues.empty());
-  EXPECT_EQ(block.unit, 0.5);
-  EXPECT_EQ(block.range.lowest + block.range.highest * 3, 2.0);
-  std::vector<std::uint32_t> histogram(std::min<std::size_t>(bins, 2048), 7);
-  histogram.resize(2048);
-  EXPECT_EQ(block.histogram, histogram);
+bool isZero(const SampleSums& s) {
+  return s.count == 0 && s.invalid == 0 && s.minimum == 0 && s.maximum == 0 && s.sum == 0 && s.sumOfSquares == 0 &&
+         s.weight == 0 && s.weightedSum == 0;
 }
 
 TEST(ScanStatistics, ResetKeepsSettingsAndHistograms) {
-  static_assert(sizeof(SampleSums) == 64);
-  static_assert(sizeof(decltype(HistogramStatistics::frequentValues)::value_type) == 16);
-  static_assert(sizeof(decltype(CountStatistics::counts)::value_type) == 8);
   ScanStatistics statistics;
-  fill(statistics.distance, 0);
-  fill(statistics.intensity, 100);
-  fill(statistics.incidence, 5000);
-  statistics.echoes = {0.5, {1, 2, 3, 4, 5, 6, 7, 8}, {-1, 1}, 1.5, 9, {{1, 2}}};
-  for (int again = 0; again < 2; ++again) {
+  HistogramStatistics* const blocks[] = {&statistics.distance, &statistics.intensity, &statistics.incidence};
+  for (const std::size_t bins : {0U, 100U, 5000U}) {
+    for (auto* block : blocks) *block = {0.5, kSums, {-1, 1}, 9, {{2.5, 3}}, std::vector<std::uint32_t>(bins, 7)};
+    statistics.echoes = {0.5, kSums, {-1, 1}, 1.5, 9, {{1, 2}}};
     statistics.reset();
-    expectReset(statistics.distance, 0);
-    expectReset(statistics.intensity, 100);
-    expectReset(statistics.incidence, 5000);
-    EXPECT_TRUE(isZero(statistics.echoes.sums));
-    EXPECT_TRUE(statistics.echoes.counts.empty());
-    EXPECT_EQ(statistics.echoes.outliers, 0U);
-    EXPECT_EQ(statistics.echoes.expected, 1.5);
-    EXPECT_EQ(statistics.echoes.unit, 0.5);
-    EXPECT_EQ(statistics.echoes.range.highest, 1);
+    std::vector<std::uint32_t> histogram(std::min<std::size_t>(bins, 2048), 7);
+    histogram.resize(2048);
+    for (const auto* block : blocks) {
+      EXPECT_TRUE(isZero(block->sums) && block->outliers == 0 && block->frequentValues.empty());
+      EXPECT_TRUE(block->unit == 0.5 && block->range.lowest == -1 && block->range.highest == 1);
+      EXPECT_EQ(block->histogram, histogram);
+    }
+    const CountStatistics& echoes = statistics.echoes;
+    EXPECT_TRUE(isZero(echoes.sums) && echoes.outliers == 0 && echoes.counts.empty());
+    EXPECT_TRUE(echoes.unit == 0.5 && echoes.range.lowest == -1 && echoes.range.highest == 1 && echoes.expected == 1.5);
   }
 }
 
