@@ -2,7 +2,7 @@
 # GDB finds the printers by itself, and shows values as people write them.
 # Arguments: the repository, the program to stop in, a folder whose scripts GDB shall trust (none where it does already).
 set -euo pipefail
-command -v gdb > /dev/null || { echo "skipped: there is no gdb"; exit 77; }
+command -v gdb > /dev/null || { echo "there is no gdb: see tools/setup" >&2; exit 1; }
 export TZ=CET-1
 trust=(${3:+-iex "add-auto-load-safe-path $3"})
 stop=$(grep -n 'Stop here' "$1/tests/debugger/main.cpp" | cut -d: -f1)
