@@ -48,6 +48,7 @@ TYPED_TEST(Blocks, OperateOnEachByte) {
     expectEach(blockA == blockB, a, b, [&](int x, int y) { return isTrue(x == y); });
     expectEach(blockA & blockB, a, b, [&](int x, int y) { return x & y; });
     expectEach(blockA | blockB, a, b, [&](int x, int y) { return x | y; });
+    expectEach(lesser(blockA, blockB), a, b, [](int x, int y) { return std::min(x, y); });
     expectEach(sameLetters(blockA, blockB), a, b, [&](int x, int y) { return isTrue(lower(x) == lower(y)); });
     expectEach(TypeParam::of(a[0]), a, b, [&](int, int) { return a[0]; });
     for (std::size_t at = 0; at < kBlockSize; ++at) {
@@ -58,7 +59,7 @@ TYPED_TEST(Blocks, OperateOnEachByte) {
        ...);
     };
     expectIn(ByteClass<ByteRange{0x00, 0x00}>(), ByteClass<ByteRange{0x61, 0x61}>(), ByteClass<ByteRange{0x41, 0x7F}>(),
-             ByteClass<ByteRange{0x7F, 0x80}>(), ByteClass<ByteRange{0x80, 0xFF}>(), ByteClass<ByteRange{0x00, 0xFF}>(),
+             ByteClass<ByteRange{0x7F, 0x80}>(), ByteClass<ByteRange{0x80, 0xFF}>(), ByteClass<ByteRange{0x01, 0xFF}>(),
              ByteClass<ByteRange{0x20, 0x21}, ByteRange{0x5A, 0x60}, ByteRange{0xFF, 0xFF}>());
   }
 }

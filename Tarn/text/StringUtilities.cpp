@@ -1,7 +1,6 @@
 #include "Tarn/text/StringUtilities.h"
 
 #include <algorithm>
-#include <climits>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
@@ -12,15 +11,14 @@
 #include "Tarn/text/internal/Blocks.h"
 #include "Tarn/text/internal/Characters.h"
 #include "Tarn/text/internal/GiveBack.h"
+#include "Tarn/text/internal/Position.h"
 #include "Tarn/text/internal/Search.h"
 
 namespace Tarn {
 namespace {
 
 using internal::isOf;
-
-// A position as the interface gives it: -1 for none, and for one that an int cannot hold.
-int toPosition(std::size_t position) { return position <= INT_MAX ? static_cast<int>(position) : -1; }
+using internal::toPosition;
 
 // Whether a search may begin at `start`.
 bool isInside(std::string_view text, int start) { return start >= 0 && static_cast<std::size_t>(start) < text.size(); }
@@ -35,15 +33,15 @@ int findClass(std::string_view text, Class sought, int start) {
 std::string_view untilNul(std::string_view text) { return text.substr(0, text.find('\0')); }
 
 // Replaces by moving the kept pieces together, within the text. Needs `to` to be no longer than `from`.
-template <class Text, class Finder>
-void replaceShrinking(Text& text, const Text& from, const Text& to, Finder& finder, std::size_t hit) {
+template <class Text, class Find>
+void replaceShrinking(Text& text, const Text& from, const Text& to, Find find, std::size_t hit) {
   std::size_t read = hit;
   std::size_t written = hit;
   const auto keep = [&](std::size_t end) {
     Text::traits_type::move(text.data() + written, text.data() + read, end - read);
     written += end - read;
   };
-  for (; hit != Text::npos; hit = finder.find(text, read)) {
+  for (; hit != Text::npos; hit = find(read)) {
     keep(hit);
     Text::traits_type::copy(text.data() + written, to.data(), to.size());
     written += to.size();
@@ -54,15 +52,15 @@ void replaceShrinking(Text& text, const Text& from, const Text& to, Finder& find
 }
 
 // Replaces into a new text.
-template <class Text, class Finder>
-void replaceGrowing(Text& text, const Text& from, const Text& to, Finder& finder, std::size_t hit) {
+template <class Text, class Find>
+void replaceGrowing(Text& text, const Text& from, const Text& to, Find find, std::size_t hit) {
   Text result;
   result.reserve(text.size() + text.size() / 16 + to.size());  // Enough for one hit, and for few in a long text.
   std::size_t read = 0;
   while (hit != Text::npos) {
     result.append(text, read, hit - read).append(to);
     read = hit + from.size();
-    hit = finder.find(text, read);
+    hit = find(read);
   }
   result.append(text, read);
   internal::giveBack(result);
@@ -72,35 +70,50 @@ void replaceGrowing(Text& text, const Text& from, const Text& to, Finder& finder
 template <class Text>
 void replaceAllIn(Text& text, const Text& from, const Text& to) {
   if (from.empty()) return;
-  internal::Finder<typename Text::value_type> finder(from, text.size());
-  const std::size_t hit = finder.find(text, 0);
+  using View = std::basic_string_view<typename Text::value_type>;
+  internal::Finder<internal::Forwards<typename Text::value_type>> finder(View(from), text.size());
+  const auto find = [&](std::size_t start) { return finder.find(View(text), start); };
+  const std::size_t hit = find(0);
   if (hit == Text::npos) return;
   const bool sharesText = &from == &text || &to == &text;
   if (to.size() > from.size() || sharesText) {
-    replaceGrowing(text, from, to, finder, hit);
+    replaceGrowing(text, from, to, find, hit);
   } else {
-    replaceShrinking(text, from, to, finder, hit);
+    replaceShrinking(text, from, to, find, hit);
   }
 }
 
 // Where two texts differ but for letter case, or one ends, by its size or a NUL.
 template <class Character>
-std::size_t findStop(std::basic_string_view<Character> a, std::basic_string_view<Character> b, std::size_t at = 0) {
+std::size_t findStop(std::basic_string_view<Character> a, std::basic_string_view<Character> b) {
   const std::size_t size = std::min(a.size(), b.size());
+  std::size_t at = 0;
   while (at != size && a[at] != 0 && internal::toLower(a[at]) == internal::toLower(b[at])) ++at;
   return at;
 }
 
 std::size_t findStopInBlocks(std::string_view a, std::string_view b) {
+  using internal::Block;
+  constexpr std::size_t kSize = internal::kBlockSize;
   const std::size_t size = std::min(a.size(), b.size());
+  if (size < kSize) return findStop(a, b);
+  // Zero where a stop is.
+  const auto blockAt = [&](std::size_t at) {
+    const auto block = Block::load(a.data() + at);
+    return block & sameLetters(block, Block::load(b.data() + at));
+  };
+  const auto stopsOf = [](Block block) { return block.in<internal::ByteRange{0, 0}>(); };
+  const std::size_t last = size - kSize;
   std::size_t at = 0;
-  for (; size - at >= internal::kBlockSize; at += internal::kBlockSize) {
-    const auto block = internal::Block::load(a.data() + at);
-    const auto other = internal::Block::load(b.data() + at);
-    const auto stop = (block & sameLetters(block, other)).in<internal::ByteRange{0, 0}>();
-    if (stop.any()) return at + stop.first();
+  for (; last - at >= 4 * kSize; at += 4 * kSize) {
+    const Block half = lesser(blockAt(at), blockAt(at + kSize));
+    if (stopsOf(lesser(half, lesser(blockAt(at + 2 * kSize), blockAt(at + 3 * kSize)))).any()) break;
   }
-  return findStop(a, b, at);
+  for (; at < last; at += kSize) {
+    const Block stops = stopsOf(blockAt(at));
+    if (stops.any()) return at + stops.first();
+  }
+  return last + stopsOf(blockAt(last)).first();  // This block may begin with bytes that were looked at before.
 }
 
 // Characters compare by their codes, and the end of a text comes before all.
@@ -113,27 +126,38 @@ int compareAt(std::basic_string_view<Character> a, std::basic_string_view<Charac
   return (codeAt(a) > codeAt(b) ? 1 : 0) - (codeAt(a) < codeAt(b) ? 1 : 0);
 }
 
+// Leaves of the text a part of it.
+void keepOnly(std::string& text, std::string_view part) {
+  const auto first = static_cast<std::size_t>(part.data() - text.data());
+  text.erase(first + part.size());  // First, so that less is moved to the front.
+  if (first > 0) text.erase(0, first);
+}
+
 }  // namespace
 
 std::string_view internal::trimmed(std::string_view text, bool front, bool end) {
-  const char* const begin = text.data();
-  const char* last = begin + text.size();
-  if (end) last = findBehindLast(begin, last, kNoSpace);
-  const char* const first = front ? findFirst(begin, last, kNoSpace) : begin;
+  constexpr std::size_t kFew = 8;  // As mostly there are no more, and a block would be slower.
+  const auto isSpace = [](char character) { return isOf(character, kSpace); };
+  const char* first = text.data();
+  const char* last = first + text.size();
+  if (end) {
+    const char* const few = last - std::min(text.size(), kFew);
+    while (last != few && isSpace(last[-1])) --last;
+    if (last == few) last = findBehindLast(first, last, kNoSpace);
+  }
+  if (front) {
+    const char* const few = first + std::min(static_cast<std::size_t>(last - first), kFew);
+    while (first != few && isSpace(*first)) ++first;
+    if (first == few) first = findFirst(first, last, kNoSpace);
+  }
   return {first, static_cast<std::size_t>(last - first)};
 }
 
-void ltrim(std::string& text) {
-  const std::string_view kept = internal::trimmed(text, true, false);
-  if (kept.size() != text.size()) text.erase(0, text.size() - kept.size());
-}
+void ltrim(std::string& text) { keepOnly(text, internal::trimmed(text, true, false)); }
 
-void rtrim(std::string& text) { text.resize(internal::trimmed(text, false, true).size()); }
+void rtrim(std::string& text) { keepOnly(text, internal::trimmed(text, false, true)); }
 
-void trim(std::string& text) {
-  rtrim(text);  // First, so that less is moved to the front.
-  ltrim(text);
-}
+void trim(std::string& text) { keepOnly(text, internal::trimmed(text, true, true)); }
 
 std::string ltrim_copy(std::string text) {
   ltrim(text);
@@ -189,7 +213,9 @@ int internal::findLastOf(std::string_view text, char character, int start) {
 }
 
 int findLastOf(const std::string& text, char character, int start) {
-  return internal::findLastOf(text, character, start);
+  if (!isInside(text, start)) return -1;
+  const char* const last = std::strrchr(text.c_str() + start, character);
+  return last == nullptr ? -1 : toPosition(static_cast<std::size_t>(last - text.c_str()));
 }
 
 bool startsWith(const std::string& text, const std::string& prefix) {
@@ -197,13 +223,17 @@ bool startsWith(const std::string& text, const std::string& prefix) {
 }
 
 std::string implode(const std::vector<std::string>& parts, const std::string& separator) {
-  if (parts.empty()) return {};
+  std::string result;
+  if (parts.empty()) return result;
   std::size_t size = (parts.size() - 1) * separator.size();
   for (const std::string& part : parts) size += part.size();
-  std::string result;
-  result.reserve(size);
-  result = parts.front();
-  for (std::size_t i = 1; i < parts.size(); ++i) result.append(separator).append(parts[i]);
+  result.resize(size);
+  const auto put = [](char* out, const std::string& text) {
+    std::memcpy(out, text.data(), text.size());
+    return out + text.size();
+  };
+  char* out = put(result.data(), parts.front());
+  for (auto part = parts.begin() + 1; part != parts.end(); ++part) out = put(put(out, separator), *part);
   return result;
 }
 

@@ -99,6 +99,8 @@ void checkTexts(Input input) {
     requireEscapes(b, unicode);
   }
   requireComparisons(a, b);
+  requireComparisons(b + a, folded(b) + b);
+  reached("a difference far behind", b.size() > 200 && b.find('\0') == std::string::npos && folded(a) != folded(b));
   requireWide(a);
   requireWide(b);
 }

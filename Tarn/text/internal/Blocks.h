@@ -52,6 +52,10 @@ class PlainBlock {
   friend PlainBlock operator|(const PlainBlock& a, const PlainBlock& b) {
     return combine(a, b, [](unsigned x, unsigned y) { return x | y; });
   }
+  // The lesser of each two bytes.
+  friend PlainBlock lesser(const PlainBlock& a, const PlainBlock& b) {
+    return combine(a, b, [](unsigned x, unsigned y) { return x < y ? x : y; });
+  }
 
   // Which bytes are in the range.
   template <ByteRange kRange>
@@ -109,22 +113,18 @@ class Block {
   friend Block operator==(Block a, Block b) { return _mm_cmpeq_epi8(a.bytes_, b.bytes_); }
   friend Block operator&(Block a, Block b) { return _mm_and_si128(a.bytes_, b.bytes_); }
   friend Block operator|(Block a, Block b) { return _mm_or_si128(a.bytes_, b.bytes_); }
+  friend Block lesser(Block a, Block b) { return _mm_min_epu8(a.bytes_, b.bytes_); }
 
   template <ByteRange kRange>
   [[nodiscard]] Block in() const {
-    // Bytes compare as signed numbers here, in whose order 0x80 is the first.
-    constexpr auto kFirst = static_cast<signed char>(kRange.first);
-    constexpr auto kLast = static_cast<signed char>(kRange.last);
-    if constexpr (kFirst > kLast) {
-      return in<ByteRange{kRange.first, 0x7F}>() | in<ByteRange{0x80, kRange.last}>();
-    } else if constexpr (kFirst == kLast) {
-      return *this == of(kFirst);
-    } else if constexpr (kFirst == SCHAR_MIN) {
-      return isBehind(of(kLast + 1), *this);
-    } else if constexpr (kLast == SCHAR_MAX) {
-      return isBehind(*this, of(kFirst - 1));
+    if constexpr (kRange.first == kRange.last) {
+      return *this == of(static_cast<char>(kRange.first));
     } else {
-      return isBehind(*this, of(kFirst - 1)) & isBehind(of(kLast + 1), *this);
+      // Bytes compare as signed numbers, of which 0x80 is the least: that is where the range is moved to.
+      constexpr auto kShift = static_cast<char>(SCHAR_MIN - kRange.first);
+      constexpr int kBehind = SCHAR_MIN + kRange.last - kRange.first + 1;
+      static_assert(kBehind <= SCHAR_MAX, "a range of all bytes is none");
+      return _mm_cmplt_epi8(_mm_add_epi8(bytes_, of(kShift).bytes_), of(static_cast<char>(kBehind)).bytes_);
     }
   }
   friend Block sameLetters(Block a, Block b) {
@@ -141,7 +141,6 @@ class Block {
 
  private:
   Block(__m128i bytes) : bytes_(bytes) {}
-  static Block isBehind(Block a, Block b) { return _mm_cmpgt_epi8(a.bytes_, b.bytes_); }
 
   __m128i bytes_;
 };
@@ -157,6 +156,7 @@ class Block {
   friend Block operator==(Block a, Block b) { return vceqq_u8(a.bytes_, b.bytes_); }
   friend Block operator&(Block a, Block b) { return vandq_u8(a.bytes_, b.bytes_); }
   friend Block operator|(Block a, Block b) { return vorrq_u8(a.bytes_, b.bytes_); }
+  friend Block lesser(Block a, Block b) { return vminq_u8(a.bytes_, b.bytes_); }
 
   template <ByteRange kRange>
   [[nodiscard]] Block in() const {

@@ -1,11 +1,12 @@
-// Searches for a text in a text, in time linear in both.
+// Searches for a text in a text, from the front or from the end, in time linear in both.
 //
 // Places where the first and the last character fit are looked at one by one, which is fast on all but texts that
-// repeat themselves. When this has compared more than a few times what there is, the method of Knuth, Morris and Pratt
-// takes over, which looks at no character twice but needs some memory. Without that memory all goes on as before.
+// repeat themselves. When this has compared more than a few times what there is, the algorithm of Knuth, Morris and
+// Pratt takes over, which looks at no character twice but needs some memory. Without that memory all goes on as before.
 #ifndef TARN_TEXT_INTERNAL_SEARCH_H_
 #define TARN_TEXT_INTERNAL_SEARCH_H_
 
+#include <algorithm>
 #include <cstddef>
 #include <new>
 #include <string>
@@ -13,160 +14,175 @@
 #include <vector>
 
 #include "Tarn/text/internal/Blocks.h"
+#include "Tarn/text/internal/Characters.h"
 
 namespace Tarn::internal {
 
+// A text in the order of its characters.
+template <class CharacterType>
+class Forwards {
+ public:
+  using Character = CharacterType;
+  using Traits = std::char_traits<Character>;
+
+  Forwards(std::basic_string_view<Character> text) : text_(text) {}
+  [[nodiscard]] std::size_t size() const { return text_.size(); }
+  Character operator[](std::size_t at) const { return text_.data()[at]; }
+  // Where the `size` characters from this position on begin in memory.
+  [[nodiscard]] const Character* memory(std::size_t at, std::size_t /*size*/) const { return text_.data() + at; }
+  // The first of these positions before which the character does not stand, or `end`.
+  [[nodiscard]] std::size_t skip(Character character, std::size_t at, std::size_t end) const {
+    const Character* const found = Traits::find(text_.data() + at, end - at, character);
+    return found == nullptr ? end : static_cast<std::size_t>(found - text_.data());
+  }
+  // Which position of a block comes first.
+  static std::size_t first(Block found) { return found.first(); }
+
+ private:
+  std::basic_string_view<Character> text_;
+};
+
+// The same from the last character to the first.
+class Backwards {
+ public:
+  using Character = char;
+  using Traits = std::char_traits<char>;
+
+  Backwards(std::string_view text) : text_(text) {}
+  [[nodiscard]] std::size_t size() const { return text_.size(); }
+  char operator[](std::size_t at) const { return text_.data()[text_.size() - 1 - at]; }
+  [[nodiscard]] const char* memory(std::size_t at, std::size_t size) const {
+    return text_.data() + (text_.size() - at - size);
+  }
+  static std::size_t skip(char /*character*/, std::size_t at, std::size_t /*end*/) { return at; }
+  static std::size_t first(Block found) { return kBlockSize - found.behindLast(); }
+
+ private:
+  std::string_view text_;
+};
+
 // Whether the needle, which is not empty, may stand at the position: its ends fit.
-template <class Character>
-bool endsFit(std::basic_string_view<Character> text, std::basic_string_view<Character> needle, std::size_t at) {
-  return text.data()[at] == needle.front() && text.data()[at + needle.size() - 1] == needle.back();
+template <class Text>
+bool endsFit(const Text& text, const Text& needle, std::size_t at) {
+  return text[at] == needle[0] && text[at + needle.size() - 1] == needle[needle.size() - 1];
 }
 
-// Whether it does stand there.
-template <class Character>
-bool standsAt(std::basic_string_view<Character> text, std::basic_string_view<Character> needle, std::size_t at) {
-  return std::char_traits<Character>::compare(text.data() + at, needle.data(), needle.size()) == 0;
+// Whether it does stand where its ends fit.
+template <class Text>
+bool standsAt(const Text& text, const Text& needle, std::size_t at) {
+  const std::size_t size = needle.size();
+  return size <= 2 || Text::Traits::compare(text.memory(at, size), needle.memory(0, size), size) == 0;
 }
 
-// Sixteen of these positions.
-inline Block endsFitInBlock(std::string_view text, std::string_view needle, std::size_t at) {
-  const char* const from = text.data() + at;
-  return (Block::load(from) == Block::of(needle.front())) &
-         (Block::load(from + needle.size() - 1) == Block::of(needle.back()));
-}
-
-// The first position of those from `at` up to `end` where the ends fit, or `end`.
-template <class Character>
-std::size_t findFit(std::basic_string_view<Character> text, std::basic_string_view<Character> needle, std::size_t at,
-                    std::size_t end) {
-  if constexpr (sizeof(Character) == 1) {
+// The first position of those from `at` up to `end` where the ends fit, or `end`. Looks at each.
+template <class Text>
+std::size_t findFitHere(const Text& text, const Text& needle, std::size_t at, std::size_t end) {
+  if constexpr (sizeof(typename Text::Character) == 1) {
     if (end - at >= kBlockSize) {
+      const Block front = Block::of(needle[0]);
+      const Block back = Block::of(needle[needle.size() - 1]);
+      const auto fits = [&](std::size_t from) {
+        return (Block::load(text.memory(from, kBlockSize)) == front) &
+               (Block::load(text.memory(from + needle.size() - 1, kBlockSize)) == back);
+      };
       const std::size_t last = end - kBlockSize;
       for (; at < last; at += kBlockSize) {
-        const Block fits = endsFitInBlock(text, needle, at);
-        if (fits.any()) return at + fits.first();
+        const Block found = fits(at);
+        if (found.any()) return at + Text::first(found);
       }
-      return last + endsFitInBlock(text, needle, last).first();
+      return last + Text::first(fits(last));  // This block may begin with positions that were looked at before.
     }
   }
   while (at != end && !endsFit(text, needle, at)) ++at;
   return at;
 }
 
-// The position behind the last one before `end` where the ends fit, or 0.
-inline std::size_t findBehindLastFit(std::string_view text, std::string_view needle, std::size_t end) {
-  for (; end >= kBlockSize; end -= kBlockSize) {
-    const Block fits = endsFitInBlock(text, needle, end - kBlockSize);
-    if (fits.any()) return end - kBlockSize + fits.behindLast();
+// The same. Skips to the next character that the needle begins with, where that is far: less often, the more often it
+// was near.
+template <class Text>
+std::size_t findFit(const Text& text, const Text& needle, std::size_t at, std::size_t end) {
+  constexpr std::size_t kLeast = 64;
+  for (std::size_t looks = kLeast;; looks *= 2) {
+    const std::size_t stop = at + std::min(looks, end - at);
+    const std::size_t found = findFitHere(text, needle, at, stop);
+    if (found != stop || stop == end) return found;
+    at = text.skip(needle[0], stop, end);
+    if (at - stop > looks) looks = kLeast / 2;
   }
-  while (end != 0 && !endsFit(text, needle, end - 1)) --end;
-  return end;
 }
 
-// For each beginning of the needle, the size of the longest shorter text that it both begins and ends with. `needle`
-// gives the character at a position.
-template <class Needle>
-std::vector<std::size_t> bordersOf(Needle needle, std::size_t size) {
-  std::vector<std::size_t> borders(size);
-  for (std::size_t i = 1; i < size; ++i) {
+// For each beginning of the needle, the size of the longest shorter text that it both begins and ends with.
+template <class Text>
+std::vector<std::size_t> bordersOf(const Text& needle) {
+  std::vector<std::size_t> borders(needle.size());
+  for (std::size_t i = 1; i < needle.size(); ++i) {
     std::size_t border = borders[i - 1];
-    while (border > 0 && needle(border) != needle(i)) border = borders[border - 1];
-    borders[i] = border + (needle(border) == needle(i) ? 1 : 0);
+    while (border > 0 && needle[border] != needle[i]) border = borders[border - 1];
+    borders[i] = border + (needle[border] == needle[i] ? 1 : 0);
   }
   return borders;
 }
 
-// The first occurrence of the needle with these borders, or the size. `text` gives the character at a position, too.
-template <class Text, class Needle>
-std::size_t findByBorders(Text text, std::size_t size, Needle needle, const std::vector<std::size_t>& borders) {
-  std::size_t matched = 0;
-  for (std::size_t at = 0; at < size; ++at) {
-    while (matched > 0 && needle(matched) != text(at)) matched = borders[matched - 1];
-    if (needle(matched) == text(at)) ++matched;
-    if (matched == borders.size()) return at + 1 - matched;
-  }
-  return size;
-}
-
-// What was compared in vain, and whether it has become too much.
-class Budget {
- public:
-  explicit Budget(std::size_t size) : left_(4 * size) {}
-  // Charges a comparison. True once all is spent, and again each time when as much has been spent again.
-  bool spend(std::size_t compared) {
-    spent_ += compared;
-    if (spent_ <= left_) return false;
-    spent_ = 0;
-    return true;
-  }
-
- private:
-  std::size_t left_;
-  std::size_t spent_ = 0;
-};
-
-// The borders, or nothing when there is no memory for them.
-template <class Needle>
-std::vector<std::size_t> bordersIfPossible(Needle needle, std::size_t size) noexcept {
-  try {
-    return bordersOf(needle, size);
-  } catch (const std::bad_alloc&) {
-    return {};
-  }
-}
-
-// Finds the occurrences of a needle, which is not empty, from left to right in a text of this size.
-template <class Character>
+// Finds the occurrences of a needle, which is not empty, one behind the other in a text of this size.
+template <class Text>
 class Finder {
  public:
-  using View = std::basic_string_view<Character>;
-
-  Finder(View needle, std::size_t textSize) : needle_(needle), budget_(textSize) {}
+  Finder(const Text& needle, std::size_t textSize) : needle_(needle), budget_(4 * textSize) {}
 
   // The first occurrence at or after `start`, which is at most the size; or npos.
-  std::size_t find(View text, std::size_t start) noexcept {
-    if (text.size() - start < needle_.size()) return View::npos;
+  std::size_t find(const Text& text, std::size_t start) noexcept {
+    if (!borders_.empty()) return findByBorders(text, start);
+    if (text.size() - start < needle_.size()) return kNone;
     const std::size_t end = text.size() - needle_.size() + 1;
-    std::size_t at = start;
-    for (; borders_.empty(); ++at) {
-      at = findFit(text, needle_, at, end);
-      if (at == end) return View::npos;
+    for (std::size_t at = start; (at = findFit(text, needle_, at, end)) != end; ++at) {
       if (standsAt(text, needle_, at)) return at;
-      if (budget_.spend(needle_.size())) borders_ = bordersIfPossible(characters(needle_), needle_.size());
+      spent_ += needle_.size();
+      if (spent_ > budget_ && makeBorders()) return findByBorders(text, at + 1);
     }
-    const View rest = text.substr(at);
-    at += findByBorders(characters(rest), rest.size(), characters(needle_), borders_);
-    return at < text.size() ? at : View::npos;
+    return kNone;
   }
 
  private:
-  static auto characters(View text) {
-    return [text](std::size_t at) { return text.data()[at]; };
+  // False if there is no memory for them. Then it is tried again when as much has been spent again.
+  bool makeBorders() noexcept {
+    spent_ = 0;
+    try {
+      borders_ = bordersOf(needle_);
+      return true;
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
   }
 
-  View needle_;
-  Budget budget_;
+  [[nodiscard]] std::size_t findByBorders(const Text& text, std::size_t start) const {
+    std::size_t matched = 0;
+    for (std::size_t at = start; at < text.size(); ++at) {
+      while (matched > 0 && needle_[matched] != text[at]) matched = borders_[matched - 1];
+      if (needle_[matched] == text[at]) ++matched;
+      if (matched == needle_.size()) return at + 1 - matched;
+    }
+    return kNone;
+  }
+
+  Text needle_;
+  std::size_t budget_;
+  std::size_t spent_ = 0;  // On comparisons in vain.
   std::vector<std::size_t> borders_;
 };
 
-// The last occurrence of a needle, which is not empty; or npos.
+// The position of a needle's last occurrence, or npos. The needle is not empty.
 inline std::size_t findLast(std::string_view text, std::string_view needle) noexcept {
-  if (text.size() < needle.size()) return std::string_view::npos;
-  Budget budget(text.size());
-  std::vector<std::size_t> borders;
-  const auto backwards = [](std::string_view view) {
-    return [last = view.data() + view.size() - 1](std::size_t at) { return *(last - at); };
-  };
-  std::size_t end = text.size() - needle.size() + 1;
-  for (; borders.empty(); --end) {
-    end = findBehindLastFit(text, needle, end);
-    if (end == 0) return std::string_view::npos;
-    if (standsAt(text, needle, end - 1)) return end - 1;
-    if (budget.spend(needle.size())) borders = bordersIfPossible(backwards(needle), needle.size());
+  const Backwards characters(text);
+  const Backwards sought(needle);
+  std::size_t found = kNone;
+  if (text.size() >= 2 * kBlockSize) {
+    found = Finder<Backwards>(sought, text.size()).find(characters, 0);
+  } else {  // A loop is faster, up to there.
+    for (std::size_t at = 0; at + needle.size() <= text.size() && found == kNone; ++at) {
+      if (endsFit(characters, sought, at) && standsAt(characters, sought, at)) found = at;
+    }
   }
-  text.remove_suffix(text.size() - (end + needle.size() - 1));
-  const std::size_t found = findByBorders(backwards(text), text.size(), backwards(needle), borders);
-  return found < text.size() ? text.size() - found - needle.size() : std::string_view::npos;
+  return found == kNone ? kNone : text.size() - found - needle.size();
 }
 
 }  // namespace Tarn::internal
