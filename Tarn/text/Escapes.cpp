@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -16,6 +15,7 @@
 #include "Tarn/text/internal/Characters.h"
 #include "Tarn/text/internal/EscapeText.h"
 #include "Tarn/text/internal/GiveBack.h"
+#include "Tarn/text/internal/Position.h"
 #include "Tarn/text/internal/Transcode.h"
 #include "Tarn/text/internal/Utf8.h"
 #include "Tarn/uuids/internal/HexDigits.h"
@@ -79,33 +79,24 @@ class Escaper {
 
   // Escapes some more text.
   std::string_view next() {
-    const std::ptrdiff_t inBlocks = std::min(end_ - at_ - internal::kBehind, kPiece);
-    internal::Transcoded<char> done = escape({at_, piece_.data()}, at_ + std::max<std::ptrdiff_t>(inBlocks, 0));
+    using Done = internal::Transcoded<char>;
+    const auto copyBlock = [](const char* from, char* out) { internal::Block::load(from).store(out); };
+    const char* const stop = at_ + std::min(end_ - at_, kPiece);
+    const Done done = transcode(Done{at_, piece_.data()}, stop, end_, kEscaped, copyBlock, [this](Done from) {
+      const internal::WideCharacter character = internal::decodeUtf8(from.at, end_);
+      return Done{from.at + character.size, putEscape(from.out, character.value, unicodeEscapes_)};
+    });
     at_ = done.at;
-    if (end_ - at_ <= internal::kBehind) {
-      const internal::PaddedEnd last(at_, end_);  // Bytes missing at the end count as zero.
-      done = escape({last.begin(), done.out}, last.end());
-      at_ = end_;
-    }
     return {piece_.data(), static_cast<std::size_t>(done.out - piece_.data())};
   }
 
  private:
   static constexpr std::ptrdiff_t kPiece = 1024;
 
-  [[nodiscard]] internal::Transcoded<char> escape(internal::Transcoded<char> done, const char* stop) const {
-    const auto copyBlock = [](const char* from, char* out) { internal::Block::load(from).store(out); };
-    return transcode(done, stop, kEscaped, copyBlock, [this](internal::Transcoded<char> from) {
-      const internal::WideCharacter character = internal::decodeUtf8(from.at);
-      return internal::Transcoded<char>{from.at + character.size,
-                                        putEscape(from.out, character.value, unicodeEscapes_)};
-    });
-  }
-
   const char* at_;
   const char* end_;
   bool unicodeEscapes_;
-  std::array<char, 6 * (kPiece + 2 * internal::kBehind)> piece_;  // A byte becomes six at most.
+  std::array<char, 6 * (kPiece + 2 * internal::kBlockSize)> piece_;  // A byte becomes six at most.
 };
 
 constexpr internal::ByteClass<internal::ByteRange{'\\', '\\'}> kBackslash;
@@ -298,6 +289,20 @@ ByteSet whitespaceOf(const std::locale& locale) {
 
 }  // namespace
 
+char* internal::putEscaped(char* out, std::string_view text) {
+  const char* const end = text.data() + text.size();
+  for (const char* at = text.data(); at != end;) {
+    if (isPlain(*at)) {
+      *out++ = *at++;
+    } else {
+      const WideCharacter character = decodeUtf8(at, end);
+      out = putEscape(out, character.value, true);
+      at += character.size;
+    }
+  }
+  return out;
+}
+
 void internal::appendEscaped(std::string& out, std::string_view text, bool unicodeEscapes) {
   const std::size_t plain = std::min(findFirstOf(text, kEscaped), text.size());
   out.append(text, 0, plain);
@@ -326,8 +331,7 @@ int escToControls(std::string& text, bool unicodeEscapes) {
   const Unescaped unescaped =
       end - begin <= kShortText ? unescapeShort(begin, end, unicodeEscapes) : unescapeLong(begin, end, unicodeEscapes);
   if (unescaped.malformed != nullptr) {
-    const std::ptrdiff_t position = unescaped.malformed - text.data();
-    return position <= INT_MAX ? static_cast<int>(position) : -1;
+    return internal::toPosition(static_cast<std::size_t>(unescaped.malformed - text.data()));
   }
   text.resize(static_cast<std::size_t>(unescaped.end - text.data()));
   return -1;

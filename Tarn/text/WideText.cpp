@@ -28,13 +28,20 @@ void widenBlock(const char* from, wchar_t* out) {
   std::copy(bytes.begin(), bytes.end(), out);
 }
 
-// Decodes the sequences that begin before `stop`, one unit for each.
-internal::Transcoded<wchar_t> decode(internal::Transcoded<wchar_t> done, const char* stop) {
-  return transcode(done, stop, internal::kNonAscii, widenBlock, [](internal::Transcoded<wchar_t> from) {
-    const internal::WideCharacter character = internal::decodeUtf8(from.at);
+std::wstring decoded(std::string_view text) {
+  using Done = internal::Transcoded<wchar_t>;
+  const char* const end = text.data() + text.size();
+  std::wstring result(text.size(), L'\0');  // No sequence is shorter than its character.
+  const auto putCharacter = [end](Done from) {
+    const internal::WideCharacter character = internal::decodeUtf8(from.at, end);
     *from.out = character.value;
-    return internal::Transcoded<wchar_t>{from.at + character.size, from.out + 1};
-  });
+    return Done{from.at + character.size, from.out + 1};
+  };
+  const Done done =
+      transcode(Done{text.data(), result.data()}, end, end, internal::kNonAscii, widenBlock, putCharacter);
+  result.erase(static_cast<std::size_t>(done.out - result.data()));
+  internal::giveBack(result);
+  return result;
 }
 
 std::string toUtf8(const std::wstring& text) {
@@ -47,31 +54,12 @@ std::string toUtf8(const std::wstring& text) {
 
 }  // namespace
 
-std::wstring wide(const std::string& text) {
-  using internal::kBehind;
-  constexpr std::ptrdiff_t kPiece = 512;
-  std::array<wchar_t, kPiece + 2 * kBehind> units;  // Spares to fill the result twice: it grows by known units only.
-  std::wstring result;
-  result.reserve(text.size());
-  internal::Transcoded<wchar_t> done{text.data(), units.data()};
-  const auto take = [&] {
-    result.append(units.data(), static_cast<std::size_t>(done.out - units.data()));
-    done.out = units.data();
-  };
-  const char* const end = text.data() + text.size();
-  for (; end - done.at >= kPiece + kBehind; take()) done = decode(done, done.at + kPiece);
-  if (end - done.at > kBehind) done = decode(done, end - kBehind);
-  const internal::PaddedEnd last(done.at, end);  // Bytes missing at the end count as zero.
-  done = decode({last.begin(), done.out}, last.end());
-  take();
-  internal::giveBack(result);
-  return result;
-}
+std::wstring wide(const std::string& text) { return decoded(text); }
 
-std::wstring wide(const unsigned char* text) { return wide(std::string(reinterpret_cast<const char*>(text))); }
+std::wstring wide(const unsigned char* text) { return decoded(reinterpret_cast<const char*>(text)); }
 
 std::wstring wide(const unsigned char* text, unsigned long long length) {
-  return wide(std::string(reinterpret_cast<const char*>(text), static_cast<std::size_t>(length)));
+  return decoded({reinterpret_cast<const char*>(text), static_cast<std::size_t>(length)});
 }
 
 std::string narrow(const std::wstring& text, char replacement) {

@@ -2,6 +2,8 @@
 #ifndef TARN_TEXT_INTERNAL_UTF8_H_
 #define TARN_TEXT_INTERNAL_UTF8_H_
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <stdexcept>
 
@@ -23,6 +25,15 @@ inline WideCharacter decodeUtf8(const char* bytes) {
   if (lead < 0x80) return {static_cast<char16_t>(lead), 1};
   if (lead < 0xF0 || lead > 0xF7) throw std::invalid_argument("Invalid UTF-8 byte encountered.");
   return {static_cast<char16_t>(three << 6U | lowBits(3)), 4};
+}
+
+// Decodes the sequence that begins a text, which is not empty. Bytes missing at its end count as zero.
+inline WideCharacter decodeUtf8(const char* at, const char* end) {
+  if (end - at >= 4) return decodeUtf8(at);
+  std::array<char, 4> bytes{};
+  std::copy(at, end, bytes.begin());
+  const WideCharacter character = decodeUtf8(bytes.data());
+  return {character.value, std::min(character.size, end - at)};
 }
 
 // Writes the UTF-8 of a value up to 0x10FFFF, surrogates like any other, to `out`, which has room for four bytes.
