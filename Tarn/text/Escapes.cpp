@@ -1,5 +1,5 @@
-// Both directions copy whole runs of characters that stay as they are, and look at the others one by one. Unescaping
-// makes a text no longer, so it first finds out whether the text is well formed and then works within it.
+// Both directions copy runs of plain characters in blocks and handle the others one by one. Unescaping never makes a
+// text longer, so a long text is validated first and then rewritten in place.
 #include "Tarn/text/Escapes.h"
 
 #include <algorithm>
@@ -68,7 +68,7 @@ char* putEscape(char* out, char16_t character, bool unicodeEscapes) {
   return out;
 }
 
-// Escapes a text piece by piece, so that only whole pieces are appended to a growing text.
+// Escapes a text piece by piece, through a buffer of fixed size: the result then grows by pieces, not by characters.
 class Escaper {
  public:
   Escaper(std::string_view text, bool unicodeEscapes)
@@ -154,12 +154,12 @@ char* takeEscape(const char*& at, const char* end, char* out, bool unicodeEscape
   }
 }
 
-// How much `isClean` looks at, and how much it speaks of: behind a backslash it has to see the five bytes of the
-// longest escape, of which the sixth byte from the end is the first that it cannot.
+// `isClean` loads a window of 64 bytes and judges the backslashes among the first 58 of them, so that each has the
+// longest escape, six bytes, within the window.
 constexpr std::ptrdiff_t kWindow = 64;
 constexpr std::ptrdiff_t kCleanSize = kWindow - 6;
 
-// One bit for each byte of a window that is of the class, the lowest for the first.
+// A bit for each byte of a window, the lowest for the first, set where the byte is of the class.
 template <class Class>
 std::uint64_t bitsOf(const char* window, Class sought) {
   std::uint64_t bits = 0;
@@ -218,7 +218,7 @@ char* copyPlain(const char*& at, const char* end, char* out) {
 }
 
 // The same within one text, `out` not being behind `at`. A block with a backslash must not be stored where it would
-// cover what has not been read.
+// overwrite unread bytes.
 char* movePlain(const char*& at, const char* end, char* out) {
   for (; end - at >= internal::kBlockSize; at += internal::kBlockSize, out += internal::kBlockSize) {
     const auto block = internal::Block::load(at);
@@ -239,7 +239,8 @@ char* movePlain(const char*& at, const char* end, char* out) {
   return out;
 }
 
-// Writes what a text stands for to `out`, up to its end or a malformed escape, to which it moves `at`.
+// Unescapes a text to `out`, up to its end or a malformed escape, to which it moves `at`. Returns the end of the
+// output.
 template <class PutPlain>
 char* unescape(const char*& at, const char* end, char* out, bool unicodeEscapes, PutPlain putPlain) {
   while ((out = putPlain(at, end, out), at != end)) {
@@ -252,7 +253,7 @@ char* unescape(const char*& at, const char* end, char* out, bool unicodeEscapes,
   return out;
 }
 
-// The end of an unescaped text, or the malformed escape for which it was left as it was.
+// The end of an unescaped text; or the first malformed escape, and the text is as it was.
 struct Unescaped {
   char* end = nullptr;
   const char* malformed = nullptr;
@@ -269,8 +270,8 @@ Unescaped unescapeShort(char* begin, const char* end, bool unicodeEscapes) {
   return {.end = std::copy(static_cast<const char*>(plain.data()), plainEnd, begin)};
 }
 
-// Unescapes a text in its place, after a look at all of it, 58 bytes at once: nearly twice as fast as by each escape
-// ("escToControls" of 1 MiB).
+// Unescapes a text in place, after validating all of it, 58 bytes at once: nearly twice as fast as validating escape by
+// escape ("escToControls" of 1 MiB).
 Unescaped unescapeLong(char* begin, const char* end, bool unicodeEscapes) {
   const char* const malformed = findMalformed(begin, end, unicodeEscapes);
   if (malformed != end) return {.malformed = malformed};

@@ -113,7 +113,7 @@ std::size_t findStopInBlocks(std::string_view a, std::string_view b) {
     const Block stops = stopsOf(blockAt(at));
     if (stops.any()) return at + stops.first();
   }
-  return last + stopsOf(blockAt(last)).first();  // This block may begin with bytes that were looked at before.
+  return last + stopsOf(blockAt(last)).first();  // This block overlaps the one before.
 }
 
 // Characters compare by their codes, and the end of a text comes before all.
@@ -136,7 +136,7 @@ void keepOnly(std::string& text, std::string_view part) {
 }  // namespace
 
 std::string_view internal::trimmed(std::string_view text, bool front, bool end) {
-  constexpr std::size_t kFew = 8;  // As mostly there are no more, and a block would be slower.
+  constexpr std::size_t kFew = 8;  // Up to here a loop is faster than blocks, and mostly there is no more whitespace.
   const auto isSpace = [](char character) { return isOf(character, kSpace); };
   const char* first = text.data();
   const char* last = first + text.size();

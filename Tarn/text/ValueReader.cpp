@@ -57,7 +57,7 @@ const char* skipDigits(const char* at, const char* end) {
   return at;
 }
 
-// What a stream gathers of a text for a floating-point number, a sign apart.
+// The characters that a stream accumulates for a floating-point number, without its sign.
 struct FloatText {
   FloatText(const char* begin, const char* end) : digits(begin), point(skipDigits(begin, end)) {
     stop = point;
@@ -69,13 +69,13 @@ struct FloatText {
     stop = skipDigits(stop, end);
   }
 
-  // Whether it is one: with a digit, and one behind the exponent's letter.
+  // Whether they are a number: with a digit, and with another one behind the exponent's letter.
   [[nodiscard]] bool isNumber() const {
     return exponent - digits > (point != exponent ? 1 : 0) &&
            (stop == exponent || internal::isOf(stop[-1], internal::kDigit));
   }
 
-  // The exponent, or the nearest number that leaves room to calculate.
+  // The exponent, clamped so that sums with it cannot overflow.
   [[nodiscard]] std::ptrdiff_t exponentValue() const {
     const bool hasPlus = stop - exponent > 1 && exponent[1] == '+';
     int value = 0;
@@ -97,7 +97,7 @@ struct FloatText {
   const char* stop;
 };
 
-// The number that a well-formed text without a sign is, or nothing where it is out of the type's range.
+// Converts a well-formed text without a sign. Nothing if the number is out of the type's range.
 template <class T>
 std::optional<T> convert(std::string_view text) {
 #if __cpp_lib_to_chars >= 201611L
@@ -109,7 +109,7 @@ std::optional<T> convert(std::string_view text) {
 #endif
   T number{};
   ViewStream stream(text);
-  stream.exceptions(std::ios::badbit);  // A failed allocation, about which streams keep quiet.
+  stream.exceptions(std::ios::badbit);  // Streams swallow the exception of a failed allocation otherwise.
   stream >> number;
   const bool isDenormal = 0 < number && number < std::numeric_limits<T>::min();  // Some libraries call it a failure.
   return !stream.fail() || isDenormal ? std::optional(number) : std::nullopt;
@@ -150,8 +150,8 @@ void takeQuotedWord(std::istream& stream, std::string& word) {
   }
 }
 
-// Adds an entry whose value is still escaped, unless its key is there already. It is made in its place, from views
-// where that can be: a processor waits where it is to move a string that has just been written.
+// Adds an entry whose value is still escaped, unless its key is there already. It is constructed in place, from views
+// where possible: a move of a string that has just been written stalls, as its stores cannot be forwarded.
 template <class Key>
 void addEntry(std::map<std::string, std::string>& entries, Key&& key, std::string_view value) {
   const std::size_t count = entries.size();
@@ -159,8 +159,7 @@ void addEntry(std::map<std::string, std::string>& entries, Key&& key, std::strin
   if (entries.size() > count) escToControls(entry->second, true);
 }
 
-// Takes a key with the arrow behind it as `takeMapKey` does, by one search in place of four, if it is as most keys are:
-// in quotes, without escapes and NULs.
+// The fast path of `takeMapKey`, one search in place of four, for the usual key: quoted, without escapes and NULs.
 std::optional<std::string_view> takePlainKey(std::string_view& rest) {
   constexpr internal::ByteClass<internal::ByteRange{'\0', '\0'}, internal::ByteRange{'"', '"'},
                                 internal::ByteRange{'\\', '\\'}>
@@ -198,8 +197,8 @@ std::optional<std::string_view> ValueReader::takeLine() noexcept {
   return takeUntil(rest_, rest_.find('\n'));
 }
 
-// A number is too large for a type that holds no more than `largest`, nor any number of more than `most` digits. Then
-// so are those that begin further behind: among its leading zeros, or where more digits than that are left.
+// A number is out of range for types that hold no more than `largest`, and so is any of more than `most` digits. Hence
+// every number that begins at one of its leading zeros is, or at a digit with `most` or more digits behind it.
 ValueReader::NoNumbers ValueReader::tooLarge(const char* digits, const char* end, std::ptrdiff_t most,
                                              double largest) noexcept {
   const char* const first = std::find_if(digits, end, [](char digit) { return digit != '0'; });
@@ -215,7 +214,7 @@ ValueReader::Extraction ValueReader::extractByStream(void (*read)(std::istream& 
   return {stream.consumed(), stream.eof(), stream.fail()};
 }
 
-// As a stream does it: gathers all that could belong to a number, and takes it if it is one.
+// As a stream does it: accumulates all that could belong to a number, and takes it if it is one.
 template <class T>
 ValueReader::Extraction ValueReader::extractFloat(T& value) {
   using Limits = std::numeric_limits<T>;
@@ -267,7 +266,8 @@ bool ValueReader::isNonZeroInteger(std::string_view text) noexcept {
   return zerosBefore_ != end && internal::isOf(*zerosBefore_, internal::kDigit);
 }
 
-// Takes a word or a character of a number. False if there is neither; what is taken then depends on why.
+// Takes true, false or one character of a number. False if there is none of them: another word stays, and where no
+// value begins, all is taken.
 bool ValueReader::takeBool(bool& value) noexcept {
   value = false;
   const std::size_t first = findValue();

@@ -166,8 +166,8 @@ class ValueReader {
   Extraction extractFloat(T& value);
   TARN_API Extraction extractByStream(void (*read)(std::istream& stream, void* value), void* value) const;
 
-  // Numbers that begin before a place are too large for the types that hold no more than `largest`; if that is 0, they
-  // are none for any type.
+  // Every number that begins in front of `before` is out of the range of types whose maximum is at most `largest`; if
+  // that is 0, none of them is well formed.
   struct NoNumbers {
     const char* before;
     double largest;
@@ -184,8 +184,7 @@ class ValueReader {
 
   std::string_view rest_;
 
-  // What is known of the rest. It stays true, as the rest only shrinks, and spares a look at the same text at every
-  // read.
+  // Facts about the rest, so that no read scans the same text again. They stay true, as the rest only shrinks.
   bool holdsNoNul_ = false;
   bool holdsNoSeparator_ = false;
   const char* noValueBefore_ = rest_.data();

@@ -52,7 +52,7 @@ void appendEntry(std::string& buffer, const StringMap::value_type& entry) {
   }
 }
 
-// The value is the buffer itself, or may own it: it is read on the side.
+// Reads into a temporary, as the value may be the buffer or own it.
 template <class T>
 std::string& takeAside(std::string& buffer, T& value) {
   T taken;
@@ -65,8 +65,8 @@ std::string& takeString(std::string& buffer, std::string& value) {
   return &value == &buffer ? takeAside(buffer, value) : internal::takeFromFront(buffer, value);
 }
 
-// An output stream that appends to a text, in the classic locale. Streams keep quiet about a failed allocation, and
-// about one that a type's own operator has told by a flag; so it is remembered where it happens.
+// An output stream that appends to a text, in the classic locale. Streams swallow the exception of a failed allocation,
+// so it is remembered here, and `text` throws it again.
 class AppendStream : private std::streambuf, public std::ostream {
  public:
   AppendStream() : std::ostream(this) { std::ostream::imbue(std::locale::classic()); }
@@ -175,7 +175,7 @@ template <>
 std::string& operator<<(std::string& buffer, const StringMap& value) {
   buffer += '{';
   for (auto next = value.begin(); next != value.end();) {
-    const auto& entry = *next++;  // Ahead of the writing: the processor fetches the next entry meanwhile.
+    const auto& entry = *next++;  // A cache miss on the next entry overlaps with the writing of this one.
     if (&entry.second == &buffer) {
       appendEntry(buffer, StringMap::value_type(entry));  // The buffer's own text is what it was before this entry.
     } else {

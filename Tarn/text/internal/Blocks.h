@@ -1,7 +1,8 @@
-// Sixteen bytes at once, by SSE2 or NEON, one of which every x86-64 and every 64-bit ARM processor has, or by loops.
+// Sixteen bytes at once: by the SIMD instructions that every processor of its kind has, SSE2 on x86-64 and NEON on
+// 64-bit ARM, or by loops.
 //
-// Comparing gives a block of 0xFF where it holds and of 0 elsewhere. The three classes have the same members, and
-// `PlainBlock` is their definition.
+// A comparison gives a mask, with 0xFF for each byte where it holds and 0 elsewhere. The three classes have the same
+// members, and `PlainBlock` defines what they do.
 #ifndef TARN_TEXT_INTERNAL_BLOCKS_H_
 #define TARN_TEXT_INTERNAL_BLOCKS_H_
 
@@ -69,10 +70,9 @@ class PlainBlock {
     return combine(a, b, [lower](unsigned x, unsigned y) { return lower(x) == lower(y) ? 0xFFU : 0U; });
   }
 
-  // Of what a comparison gave: whether it holds anywhere, the first position where it does, and the one behind the
-  // last; 16 and 0 if there is none.
+  // Of a mask: whether a byte is set in it, the position of the first one, or 16, and that behind the last one, or 0.
   [[nodiscard]] bool any() const { return behindLast() != 0; }
-  // One bit for each byte, the lowest for the first.
+  // A bit for each byte of a mask, the lowest for the first.
   [[nodiscard]] unsigned bits() const {
     unsigned bits = 0;
     for (std::size_t i = 0; i < bytes_.size(); ++i) bits |= (bytes_[i] & 1U) << i;
@@ -120,7 +120,7 @@ class Block {
     if constexpr (kRange.first == kRange.last) {
       return *this == of(static_cast<char>(kRange.first));
     } else {
-      // Bytes compare as signed numbers, of which 0x80 is the least: that is where the range is moved to.
+      // SSE2 compares signed bytes. One comparison will do when the range begins at the least of them, 0x80.
       constexpr auto kShift = static_cast<char>(SCHAR_MIN - kRange.first);
       constexpr int kBehind = SCHAR_MIN + kRange.last - kRange.first + 1;
       static_assert(kBehind <= SCHAR_MAX, "a range of all bytes is none");
@@ -196,7 +196,7 @@ using Block = PlainBlock;
 
 #endif
 
-// The bytes of any of the ranges.
+// A class of bytes: those in any of the ranges.
 template <ByteRange... kRanges>
 struct ByteClass {
   static constexpr bool holds(char byte) {
@@ -245,7 +245,7 @@ const char* findFirst(const char* at, const char* end, Class sought) {
     const B found = sought.in(B::load(at));
     if (found.any()) return at + found.first();
   }
-  return last + sought.in(B::load(last)).first();  // This block may begin with bytes that were looked at before.
+  return last + sought.in(B::load(last)).first();  // This block overlaps the one before.
 }
 
 // The position behind the last byte of the class, or the beginning.

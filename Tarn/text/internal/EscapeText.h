@@ -1,4 +1,4 @@
-// Escaping into a text that is already under way.
+// Escaping into a buffer.
 #ifndef TARN_TEXT_INTERNAL_ESCAPETEXT_H_
 #define TARN_TEXT_INTERNAL_ESCAPETEXT_H_
 
@@ -7,11 +7,11 @@
 
 namespace Tarn::internal {
 
-// Writes what `controlsToEsc` makes of `text`, with `unicodeEscapes`, to `out`, which has room for six times as much.
-// Gives the end of what was written. For texts of a few characters.
+// Writes what `controlsToEsc` makes of a short `text`, with `unicodeEscapes`, to `out`, which has room for six times
+// its size. Returns the end of what was written.
 char* putEscaped(char* out, std::string_view text);
 
-// Appends what `controlsToEsc` makes of `text`, which must not be part of `out`. Where it throws, part of it has been
+// Appends what `controlsToEsc` makes of `text`, which must not be part of `out`. If it throws, part of that has been
 // appended.
 void appendEscaped(std::string& out, std::string_view text, bool unicodeEscapes);
 

@@ -1,4 +1,4 @@
-// What a result keeps of memory.
+// How much memory a result keeps.
 #ifndef TARN_TEXT_INTERNAL_GIVEBACK_H_
 #define TARN_TEXT_INTERNAL_GIVEBACK_H_
 
@@ -6,7 +6,7 @@
 
 namespace Tarn::internal {
 
-// Gives memory back where less than half of it is used, if there is any to move to.
+// Shrinks the capacity of a text that fills less than half of it. If there is no memory to move the text to, it stays.
 template <class Text>
 void giveBack(Text& text) {
   constexpr std::size_t kFew = 64;

@@ -21,7 +21,7 @@ concept StreamExtractable = requires(std::istream& stream, T& value) {
 };
 
 template <class T>
-inline constexpr bool kHasNoReader = false;  // Depends on T, so that it is asked when a T is to be read.
+inline constexpr bool kHasNoReader = false;  // Depends on T, so that the assertion fails on instantiation only.
 
 // Whether a number begins right here, as it mostly does: then nothing has to be searched.
 constexpr bool beginsWithNumber(std::string_view text) noexcept {
@@ -39,8 +39,8 @@ inline bool skipToValue(ValueReader& reader) noexcept {
 
 [[noreturn]] TARN_API void throwNoValue();
 
-// The number with this sign and magnitude, or the nearest there is; false if that is another one. A minus before an
-// unsigned number counts modulo 2 to the power of its width, as it does for streams.
+// Assigns the number with this sign and magnitude, clamped to the type's range. False if it had to be clamped. An
+// unsigned number with a minus wraps around, as it does for streams.
 template <DecimalInteger T>
 constexpr bool assignInteger(T& value, bool negative, std::make_unsigned_t<T> magnitude, bool overflow) {
   using Unsigned = std::make_unsigned_t<T>;

@@ -1,8 +1,9 @@
 // Searches for a text in a text, from the front or from the end, in time linear in both.
 //
-// Places where the first and the last character fit are looked at one by one, which is fast on all but texts that
-// repeat themselves. When this has compared more than a few times what there is, the algorithm of Knuth, Morris and
-// Pratt takes over, which looks at no character twice but needs some memory. Without that memory all goes on as before.
+// Candidates are the positions where the needle's first and last character match. Each is compared in full, which is
+// fast on all but repetitive texts. Once the comparisons in vain add up to several times the text, the algorithm of
+// Knuth, Morris and Pratt takes over, which reads no character twice but needs memory. Where there is none, the
+// comparisons go on.
 #ifndef TARN_TEXT_INTERNAL_SEARCH_H_
 #define TARN_TEXT_INTERNAL_SEARCH_H_
 
@@ -30,12 +31,12 @@ class Forwards {
   Character operator[](std::size_t at) const { return text_.data()[at]; }
   // Where the `size` characters from this position on begin in memory.
   [[nodiscard]] const Character* memory(std::size_t at, std::size_t /*size*/) const { return text_.data() + at; }
-  // The first of these positions before which the character does not stand, or `end`.
+  // Skips positions where the character does not stand, as many of those from `at` up to `end` as is fast.
   [[nodiscard]] std::size_t skip(Character character, std::size_t at, std::size_t end) const {
     const Character* const found = Traits::find(text_.data() + at, end - at, character);
     return found == nullptr ? end : static_cast<std::size_t>(found - text_.data());
   }
-  // Which position of a block comes first.
+  // The offset of the first match in a block, or 16.
   static std::size_t first(Block found) { return found.first(); }
 
  private:
@@ -61,57 +62,58 @@ class Backwards {
   std::string_view text_;
 };
 
-// Whether the needle, which is not empty, may stand at the position: its ends fit.
+// Whether the needle, which is not empty, may stand at the position: its first and last character do.
 template <class Text>
-bool endsFit(const Text& text, const Text& needle, std::size_t at) {
+bool endsMatch(const Text& text, const Text& needle, std::size_t at) {
   return text[at] == needle[0] && text[at + needle.size() - 1] == needle[needle.size() - 1];
 }
 
-// Whether it does stand where its ends fit.
+// Whether it stands at a candidate.
 template <class Text>
-bool standsAt(const Text& text, const Text& needle, std::size_t at) {
+bool matchesAt(const Text& text, const Text& needle, std::size_t at) {
   const std::size_t size = needle.size();
   return size <= 2 || Text::Traits::compare(text.memory(at, size), needle.memory(0, size), size) == 0;
 }
 
-// The first position of those from `at` up to `end` where the ends fit, or `end`. Looks at each.
+// The first candidate from `at` on and in front of `end`, or `end`. Looks at each position.
 template <class Text>
-std::size_t findFitHere(const Text& text, const Text& needle, std::size_t at, std::size_t end) {
+std::size_t scanForCandidate(const Text& text, const Text& needle, std::size_t at, std::size_t end) {
   if constexpr (sizeof(typename Text::Character) == 1) {
     if (end - at >= kBlockSize) {
       const Block front = Block::of(needle[0]);
       const Block back = Block::of(needle[needle.size() - 1]);
-      const auto fits = [&](std::size_t from) {
+      const auto candidates = [&](std::size_t from) {
         return (Block::load(text.memory(from, kBlockSize)) == front) &
                (Block::load(text.memory(from + needle.size() - 1, kBlockSize)) == back);
       };
       const std::size_t last = end - kBlockSize;
       for (; at < last; at += kBlockSize) {
-        const Block found = fits(at);
+        const Block found = candidates(at);
         if (found.any()) return at + Text::first(found);
       }
-      return last + Text::first(fits(last));  // This block may begin with positions that were looked at before.
+      return last + Text::first(candidates(last));  // This block overlaps the one before.
     }
   }
-  while (at != end && !endsFit(text, needle, at)) ++at;
+  while (at != end && !endsMatch(text, needle, at)) ++at;
   return at;
 }
 
-// The same. Skips to the next character that the needle begins with, where that is far: less often, the more often it
-// was near.
+// The same, faster where the needle's first character is rare: from time to time, skips to the next one. Where that
+// was near, the next try comes after twice as many positions.
 template <class Text>
-std::size_t findFit(const Text& text, const Text& needle, std::size_t at, std::size_t end) {
+std::size_t findCandidate(const Text& text, const Text& needle, std::size_t at, std::size_t end) {
   constexpr std::size_t kLeast = 64;
   for (std::size_t looks = kLeast;; looks *= 2) {
     const std::size_t stop = at + std::min(looks, end - at);
-    const std::size_t found = findFitHere(text, needle, at, stop);
+    const std::size_t found = scanForCandidate(text, needle, at, stop);
     if (found != stop || stop == end) return found;
     at = text.skip(needle[0], stop, end);
     if (at - stop > looks) looks = kLeast / 2;
   }
 }
 
-// For each beginning of the needle, the size of the longest shorter text that it both begins and ends with.
+// The failure function of Knuth, Morris and Pratt: for each prefix of the needle the size of its longest border, a
+// shorter text that it both begins and ends with.
 template <class Text>
 std::vector<std::size_t> bordersOf(const Text& needle) {
   std::vector<std::size_t> borders(needle.size());
@@ -134,8 +136,8 @@ class Finder {
     if (!borders_.empty()) return findByBorders(text, start);
     if (text.size() - start < needle_.size()) return kNone;
     const std::size_t end = text.size() - needle_.size() + 1;
-    for (std::size_t at = start; (at = findFit(text, needle_, at, end)) != end; ++at) {
-      if (standsAt(text, needle_, at)) return at;
+    for (std::size_t at = start; (at = findCandidate(text, needle_, at, end)) != end; ++at) {
+      if (matchesAt(text, needle_, at)) return at;
       spent_ += needle_.size();
       if (spent_ > budget_ && makeBorders()) return findByBorders(text, at + 1);
     }
@@ -179,7 +181,7 @@ inline std::size_t findLast(std::string_view text, std::string_view needle) noex
     found = Finder<Backwards>(sought, text.size()).find(characters, 0);
   } else {  // A loop is faster, up to there.
     for (std::size_t at = 0; at + needle.size() <= text.size() && found == kNone; ++at) {
-      if (endsFit(characters, sought, at) && standsAt(characters, sought, at)) found = at;
+      if (endsMatch(characters, sought, at) && matchesAt(characters, sought, at)) found = at;
     }
   }
   return found == kNone ? kNone : text.size() - found - needle.size();

@@ -1,4 +1,4 @@
-// Rewriting a text of which most is taken byte by byte, sixteen at once.
+// Transcoding a text of which most bytes become a unit each, sixteen at once.
 #ifndef TARN_TEXT_INTERNAL_TRANSCODE_H_
 #define TARN_TEXT_INTERNAL_TRANSCODE_H_
 
@@ -6,16 +6,17 @@
 
 namespace Tarn::internal {
 
-// How far a text is rewritten, and the end of what was written for it.
+// How far a text has been read, and the end of what was written for it.
 template <class Unit>
 struct Transcoded {
   const char* at;
   Unit* out;
 };
 
-// Rewrites a text up to `stop` or little further, not beyond its end: sixteen bytes to sixteen units by `putBlock`, of
-// which those count that come before a byte of the class, and such bytes by `putSequence`, which takes one or more and
-// gives how far it came. Each of the last fifteen bytes that is not of the class becomes the unit of its value.
+// Transcodes a text up to `stop`, or little further but not beyond `end`. `putBlock` writes sixteen units for sixteen
+// bytes, of which those in front of the first byte of the class `special` are kept. `putSequence` takes the sequence
+// that such a byte begins and returns how far it came. Fewer than sixteen bytes are taken one by one, and those that
+// are not special become units of the same value.
 template <class Unit, class Class, class PutBlock, class PutSequence>
 Transcoded<Unit> transcode(Transcoded<Unit> done, const char* stop, const char* end, Class special, PutBlock putBlock,
                            PutSequence putSequence) {

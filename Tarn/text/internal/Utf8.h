@@ -14,7 +14,8 @@ struct WideCharacter {
   std::ptrdiff_t size;  // in bytes
 };
 
-// Decodes the sequence that begins four bytes, to its low 16 bits. Continuation bytes are not checked.
+// Decodes the sequence at the front of four bytes to the low 16 bits of its code point. Continuation bytes are not
+// validated.
 inline WideCharacter decodeUtf8(const char* bytes) {
   const auto lowBits = [bytes](int at) { return static_cast<unsigned char>(bytes[at]) & 0x3FU; };
   const unsigned lead = static_cast<unsigned char>(bytes[0]);
@@ -37,7 +38,7 @@ inline WideCharacter decodeUtf8(const char* at, const char* end) {
 }
 
 // Writes the UTF-8 of a value up to 0x10FFFF, surrogates like any other, to `out`, which has room for four bytes.
-// Gives the end of what was written.
+// Returns the end of what was written.
 inline char* putUtf8(char* out, char32_t value) {
   const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(static_cast<unsigned char>(byte)); };
   if (value < 0x80) {

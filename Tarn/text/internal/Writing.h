@@ -18,9 +18,9 @@ concept StreamInsertable = requires(std::ostream& stream, const T& value) {
 };
 
 template <class T>
-inline constexpr bool kHasNoWriter = false;  // Depends on T, so that it is asked when a T is to be written.
+inline constexpr bool kHasNoWriter = false;  // Depends on T, so that the assertion fails on instantiation only.
 
-// What a stream inserts as the characters before a NUL.
+// Types whose characters are appended without a stream.
 template <class T>
 inline constexpr bool kIsText = std::same_as<T, std::string_view> || std::same_as<T, char*>;
 template <std::size_t kSize>
