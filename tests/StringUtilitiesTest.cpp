@@ -5,6 +5,7 @@
 #include <limits>
 #include <memory>
 
+#include "Tarn/text/internal/Search.h"
 #include "tests/Growth.h"
 
 namespace {
@@ -65,6 +66,22 @@ TEST(StringUtilities, ReplacesTheTextByItself) {
   EXPECT_EQ(text, "x");
   replaceAll(text, text, text);
   EXPECT_EQ(text, "x");
+}
+
+// What takes over in texts that repeat themselves: every needle of two letters in texts made of them.
+TEST(StringUtilities, SearchesByBorders) {
+  const auto word = [](unsigned bits, std::size_t size) {
+    std::string text;
+    for (std::size_t i = 0; i < size; ++i) text += (bits >> i & 1U) != 0 ? 'b' : 'a';
+    return text;
+  };
+  for (unsigned bits = 0; bits < 1U << 16U; ++bits) {
+    const std::string needle = word(bits, 8);
+    const std::string text = word(bits >> 3U, 13) + word(bits ^ bits >> 5U, 9) + needle;
+    const auto at = [](const std::string& of) { return [&of](std::size_t i) { return of[i]; }; };
+    const auto borders = internal::bordersOf(at(needle), needle.size());
+    ASSERT_EQ(internal::findByBorders(at(text), text.size(), at(needle), borders), text.find(needle)) << text;
+  }
 }
 
 // In texts that repeat themselves, too.
