@@ -62,8 +62,9 @@ class TablePrinter:
     def children(self):
         number = 0
         words = elements(self.words)
-        next(words, None)  # The count of unused ones.
-        for word in words:  # As HashedPairs::moveTogether.
+        for _ in range(2):  # HashedPairs's kFirst.
+            next(words, None)
+        for word in words:  # As HashedPairs::compact.
             token = word.address
             header = int(next(words))
             size = header >> 2

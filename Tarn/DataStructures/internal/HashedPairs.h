@@ -65,9 +65,10 @@ class HashIndex {
 //
 // Pairs stand one behind the other in 64-bit words, so that reading one is one cache miss:
 //
-//     unused words | token | key's size, directions | its bytes ... | token | ...
+//     unused words | last removed | token | key's size, directions | its bytes ... | token | ...
 //
-// A pair's number is that of its first word, never 0. With 32 bits, numbers reach 32 GiB far.
+// A pair's number is that of its first word, never 0. With 32 bits, numbers reach 32 GiB far. Removed pairs form a list
+// by their first words; the last of them is used again by a pair that takes as many.
 //
 // Memory: words and slots are at most twice what the pairs need, whatever came before, but for a kilobyte. A
 // store that is full grows by half. One of which less than half is used is compacted, and an index of which less than a
@@ -98,6 +99,7 @@ class HashedPairs {
   bool remove(std::uint64_t token, const Key& key) noexcept;
 
  private:
+  [[nodiscard]] Number lastRemoved(std::size_t size) const noexcept;
   void reserveWords(std::size_t count);
   void compact(std::size_t capacity);
   void release(Number pair, std::uint64_t direction) noexcept;

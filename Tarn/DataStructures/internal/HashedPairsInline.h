@@ -104,6 +104,11 @@ inline void HashIndex::rehash(std::size_t homes, std::size_t tail) {
   shift_ = shift;
 }
 
+// What stands in front of all pairs, and where they begin.
+inline constexpr std::size_t kUnused = 0;
+inline constexpr std::size_t kRemoved = 1;
+inline constexpr std::size_t kFirst = 2;
+
 // Where in a pair's words the parts stand.
 inline constexpr std::size_t kHeader = 2;
 inline constexpr std::uint64_t kLedByToken = 1;
@@ -169,12 +174,19 @@ bool HashedPairs::add(std::uint64_t token, const Key& key, Prepare prepare) {
   const std::uint32_t keyHash = hashOf(key);
   const bool isNewKey = byKey_.find(keyHash, isKey(*this, key)) == nullptr;
   const std::string_view bytes = bytesOf(key);
+  const std::size_t size = wordsFor(bytes.size());
   byToken_.reserveOne();
   if (isNewKey) byKey_.reserveOne();
-  reserveWords(wordsFor(bytes.size()));
+  const Number removed = lastRemoved(size);
+  if (removed == 0) reserveWords(size);
   prepare();
-  const auto pair = static_cast<Number>(words_.size());
-  words_.resize(words_.size() + wordsFor(bytes.size()));
+  const Number pair = removed != 0 ? removed : static_cast<Number>(words_.size());
+  if (removed != 0) {
+    words_[kRemoved] = words_[removed];
+    words_[kUnused] -= size;
+  } else {
+    words_.resize(words_.size() + size);
+  }
   words_[pair] = token;
   words_[pair + 1] = bytes.size() << 2U | kLedByToken | (isNewKey ? kLedByKey : 0);
   if (!bytes.empty()) std::memcpy(words_.data() + pair + kHeader, bytes.data(), bytes.size());
