@@ -77,10 +77,10 @@ TEST(StringUtilities, SearchesByBorders) {
   };
   for (unsigned bits = 0; bits < 1U << 16U; ++bits) {
     const std::string needle = word(bits, 8);
-    const std::string text = word(bits >> 3U, 13) + word(bits ^ bits >> 5U, 9) + needle;
-    const auto at = [](const std::string& of) { return [&of](std::size_t i) { return of[i]; }; };
-    const auto borders = internal::bordersOf(at(needle), needle.size());
-    ASSERT_EQ(internal::findByBorders(at(text), text.size(), at(needle), borders), text.find(needle)) << text;
+    const std::string text = needle + word(bits >> 3U, 13) + word(bits ^ bits >> 5U, 9);
+    internal::Finder<internal::Backwards> finder(internal::Backwards(needle), 0);  // Takes over at once.
+    const std::size_t found = finder.find(internal::Backwards(text), 0);
+    ASSERT_EQ(text.size() - found - needle.size(), text.rfind(needle)) << text;
   }
 }
 
