@@ -111,8 +111,8 @@ TARN_API std::string& operator<<(std::string& buffer, const Exact<long double>& 
 /// @}
 
 /// Whether the map, written to a buffer, is read back as it is. It is not where a key or value is no UTF-8 in its
-/// shortest form, or holds a character above U+FFFF, a NUL, or a backslash before a double quote; or where a key ends
-/// in `"=>` or is `=>`.
+/// shortest form (that of a surrogate is taken), or holds a character above U+FFFF, a NUL, or a backslash before a
+/// double quote; or where a key ends in `"=>` or is `=>`.
 [[nodiscard]] TARN_API bool comesBack(const StringMap& map);
 
 }  // namespace Tarn
