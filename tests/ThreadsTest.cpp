@@ -73,6 +73,15 @@ TEST(Threads, MoveOneHubAndNothingIsLost) {
   EXPECT_EQ(steps, kThreads * kMoves / 4 + 100);
 }
 
+// So fast that moves without the lock would lose some.
+TEST(Threads, AddToOneHub) {
+  Progress hub;
+  onManyThreads([&hub](int) {
+    for (int i = 0; i < 30000; ++i) hub.addProgress(1.0);
+  });
+  EXPECT_EQ(hub.addProgress(0.0), kThreads * 30000.0);
+}
+
 TEST(Threads, MoveChainsOfPartsAndTheSumsComeOut) {
   const auto root = std::make_shared<Progress>();
   const auto shared = std::make_shared<PartialProgress>(root, 0.5);
