@@ -48,7 +48,12 @@ TEST(Progress, ObserversMayChangeAndDestroyWhatTheyAreCalledFor) {
   Values values;
   auto root = std::make_shared<Progress>([&values](double value) { values.push_back(value); });
   auto part = std::make_unique<PartialProgress>(root, 0.5);
-  const auto destroy = [&part](double) { part.reset(); };
+  std::vector<std::vector<unsigned char>> scrap;  // What takes the place of what is destroyed.
+  const auto destroy = [&part, &scrap](double) {
+    part.reset();
+    scrap.emplace_back(sizeof(PartialProgress), static_cast<unsigned char>(0xFF));
+  };
+  scrap.reserve(2);
   part->addObserver(destroy);
   EXPECT_EQ(part->setProgress(2), 2.0);
   part = std::make_unique<PartialProgress>(std::move(root), 0.5);

@@ -73,13 +73,28 @@ TEST(Threads, MoveOneHubAndNothingIsLost) {
   EXPECT_EQ(steps, kThreads * kMoves / 4 + 100);
 }
 
-// So fast that moves without the lock would lose some.
-TEST(Threads, AddToOneHub) {
+// So fast, and registrations so near to moves, that one without the lock meets another.
+TEST(Threads, CallOneHubFast) {
   Progress hub;
+  std::atomic<int> told = 0;
   onManyThreads([&hub](int) {
     for (int i = 0; i < 30000; ++i) hub.addProgress(1.0);
   });
   EXPECT_EQ(hub.addProgress(0.0), kThreads * 30000.0);
+  onManyThreads([&](int n) {
+    for (int i = 0; i < 400; ++i) {
+      hub.addObserver([&told](double) { ++told; });
+      std::this_thread::yield();
+      hub.addProgress(1.0);
+      hub.addObserver([&told](const std::string&) { ++told; });
+      std::this_thread::yield();
+      hub.setStep(std::to_string(n));
+    }
+  });
+  told = 0;
+  hub.addProgress(1.0);
+  hub.setStep("last");
+  EXPECT_EQ(told, kThreads * 800);
 }
 
 TEST(Threads, MoveChainsOfPartsAndTheSumsComeOut) {
