@@ -29,14 +29,12 @@ void onManyThreads(auto work) {
   for (std::thread& thread : threads) thread.join();
 }
 
-// Whole numbers, so that sums are exact in any order. Registrations take turns with moves, so that one without the lock
-// meets another or a pass.
+// Whole numbers, so that sums are exact in any order.
 TEST(Threads, MoveOneHubAndNothingIsLost) {
   constexpr int kMoves = 400;
   Progress hub;
   std::atomic<int> seen = 0;
   std::atomic<int> again = 100;  // As many moves an observer makes itself.
-  std::atomic<int> values = 0;
   std::atomic<int> steps = 0;
   std::atomic<int> moves = 0;
   std::atomic<long long> sum = 0;
@@ -58,19 +56,13 @@ TEST(Threads, MoveOneHubAndNothingIsLost) {
       hub.addProgress(n);
       moves += n != 0 ? 1 : 0;
       hub.setStep(std::to_string(i % 3));
-      if (i % 4 != 0) continue;
-      hub.addObserver([&values](double) { ++values; });
-      std::this_thread::yield();
-      hub.addObserver([&steps](const std::string&) { ++steps; });
     }
   });
   EXPECT_EQ(hub.addProgress(0.0), static_cast<double>(sum));
   EXPECT_EQ(seen, moves);
-  values = steps = 0;
-  hub.addProgress(1.0);
+  steps = 0;
   hub.setStep("last");
-  EXPECT_EQ(values, kThreads * kMoves / 4);
-  EXPECT_EQ(steps, kThreads * kMoves / 4 + 100);
+  EXPECT_EQ(steps, 100);
 }
 
 // So fast, and registrations so near to moves, that one without the lock meets another.
