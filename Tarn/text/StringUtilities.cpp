@@ -228,10 +228,7 @@ std::string implode(const std::vector<std::string>& parts, const std::string& se
   std::size_t size = (parts.size() - 1) * separator.size();
   for (const std::string& part : parts) size += part.size();
   result.resize(size);
-  const auto put = [](char* out, const std::string& text) {
-    std::memcpy(out, text.data(), text.size());
-    return out + text.size();
-  };
+  const auto put = [](char* out, const std::string& text) { return std::copy_n(text.data(), text.size(), out); };
   char* out = put(result.data(), parts.front());
   for (auto part = parts.begin() + 1; part != parts.end(); ++part) out = put(put(out, separator), *part);
   return result;

@@ -26,7 +26,7 @@ constexpr std::size_t kFewBytes = 16;  // Of a key or value: more are escaped fa
 
 // Appends an entry of short texts, or leaves the buffer as it was.
 void appendShortEntry(std::string& buffer, const StringMap::value_type& entry) {
-  std::array<char, 2 * 6 * kFewBytes + 7> text;
+  std::array<char, kFewBytes * 2 * 6 + 7> text;
   char* out = text.data();
   const auto put = [&out](std::string_view part) { out = std::copy(part.begin(), part.end(), out); };
   put(" \"");

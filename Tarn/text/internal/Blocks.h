@@ -113,7 +113,7 @@ class Block {
   friend Block operator==(Block a, Block b) { return _mm_cmpeq_epi8(a.bytes_, b.bytes_); }
   friend Block operator&(Block a, Block b) { return _mm_and_si128(a.bytes_, b.bytes_); }
   friend Block operator|(Block a, Block b) { return _mm_or_si128(a.bytes_, b.bytes_); }
-  friend Block lesser(Block a, Block b) { return _mm_min_epu8(a.bytes_, b.bytes_); }
+  friend Block lesser(Block a, Block b) { return _mm_subs_epu8(a.bytes_, _mm_subs_epu8(a.bytes_, b.bytes_)); }
 
   template <ByteRange kRange>
   [[nodiscard]] Block in() const {
@@ -121,10 +121,12 @@ class Block {
       return *this == of(static_cast<char>(kRange.first));
     } else {
       // SSE2 compares signed bytes. One comparison will do when the range begins at the least of them, 0x80.
-      constexpr auto kShift = static_cast<char>(SCHAR_MIN - kRange.first);
+      using Bytes = unsigned char __attribute__((vector_size(kBlockSize)));  // To be added modulo 256.
+      constexpr auto kShift = static_cast<unsigned char>(0x80 - kRange.first);
       constexpr int kBehind = SCHAR_MIN + kRange.last - kRange.first + 1;
       static_assert(kBehind <= SCHAR_MAX, "a range of all bytes is none");
-      return _mm_cmplt_epi8(_mm_add_epi8(bytes_, of(kShift).bytes_), of(static_cast<char>(kBehind)).bytes_);
+      const Bytes shifted = reinterpret_cast<Bytes>(bytes_) + kShift;
+      return _mm_cmplt_epi8(reinterpret_cast<__m128i>(shifted), of(static_cast<char>(kBehind)).bytes_);
     }
   }
   friend Block sameLetters(Block a, Block b) {

@@ -51,7 +51,7 @@ class Backwards {
 
   Backwards(std::string_view text) : text_(text) {}
   [[nodiscard]] std::size_t size() const { return text_.size(); }
-  char operator[](std::size_t at) const { return text_.data()[text_.size() - 1 - at]; }
+  char operator[](std::size_t at) const { return *memory(at, 1); }
   [[nodiscard]] const char* memory(std::size_t at, std::size_t size) const {
     return text_.data() + (text_.size() - at - size);
   }
