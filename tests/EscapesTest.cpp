@@ -48,6 +48,8 @@ TEST(Escapes, ResultsKeepNoMoreThanTwiceTheirSize) {
     replaceAll(replaced, text, "");
     replaceAll(replaced, "b", text);
     expectSmall(replaced);
+    replaceAll(replaced, replaced, std::string(100, 'b'));
+    expectSmall(replaced);
   }
 }
 

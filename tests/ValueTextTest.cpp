@@ -41,16 +41,17 @@ TEST(ValueText, NoLocaleChangesIt) {
   std::string buffer;
   Time time;
   time.setTime(2024, 3, 5, 14, 7, 9, 42);
-  buffer << 1234567 << ' ' << 1234.5 << ' ' << time << ' ' << foreign::Opaque{12345};
+  buffer << 1234567 << ' ' << 1234.5 << ' ' << 0.5L << ' ' << time << ' ' << foreign::Opaque{12345};
   const std::string text = buffer;
   int number = 0;
   double fraction = 0;
+  long double half = 0;
   Time read;
-  buffer >> number >> fraction >> read;
+  buffer >> number >> fraction >> half >> read;
   std::locale::global(before);
-  EXPECT_EQ(text, "1234567 1234.5 5.3.2024 14:7:9:42 #12345");
+  EXPECT_EQ(text, "1234567 1234.5 0.5 5.3.2024 14:7:9:42 #12345");
   EXPECT_EQ(number, 1234567);
-  EXPECT_EQ(fraction, 1234.5);
+  EXPECT_EQ(fraction + half, 1235);
   EXPECT_EQ(read.getLastTime(), time.getLastTime());
   EXPECT_EQ(buffer, " #12345");
 }
