@@ -25,7 +25,9 @@ constexpr uuid kNil;
 static_assert(std::is_trivially_copyable_v<uuid> && std::is_nothrow_default_constructible_v<uuid> &&
               std::is_nothrow_constructible_v<uuid, Bytes> && std::is_nothrow_swappable_v<uuid> && sizeof(uuid) == 16);
 static_assert(noexcept(uuid(std::array<std::byte, 16>{})) && noexcept(uuid(kNil.as_bytes())));
-static_assert(noexcept(parseUuid("")) && noexcept(kNil == kNil) && noexcept(kNil <=> kNil) && noexcept(kNil.hash()));
+static_assert(noexcept(parseUuid(std::string_view())) && noexcept(kNil ==
+                                                                  kNil) && noexcept(kNil <=>
+                                                                                    kNil) && noexcept(kNil.hash()));
 static_assert(noexcept(kNil.variant()) && noexcept(kNil.version()) && noexcept(kNil.is_nil()));
 static_assert(noexcept(std::declval<uuid&>().swap(std::declval<uuid&>())));
 static_assert(!std::is_convertible_v<const Bytes&, uuid> && !std::is_convertible_v<const unsigned char (&)[16], uuid> &&
