@@ -223,8 +223,11 @@ bool plainTake(std::string& text, T& value) {
   std::istringstream stream(end < text.size() ? text.substr(0, end) + '|' : text);
   stream.imbue(std::locale::classic());
   stream >> value;
-  if constexpr (std::is_floating_point_v<T>) {  // Nor do all keep to the largest number.
+  if constexpr (std::is_floating_point_v<T>) {  // Nor do all keep to the largest number, or take what is nearly zero.
     if (std::isinf(value)) value = std::copysign(std::numeric_limits<T>::max(), value);
+    char* stop = nullptr;
+    if (std::abs(std::strtod(text.c_str(), &stop)) < 1 && stop == text.c_str() + end && end > 0)
+      stream.clear(stream.rdstate() & std::ios::eofbit);
   }
   if (!stream.eof() && stream.fail()) throw std::out_of_range(kNoValue);
   text.erase(0, stream.eof() ? text.size() : static_cast<std::size_t>(stream.tellg()));

@@ -35,9 +35,14 @@ bool toUtc(std::int64_t seconds, std::tm& fields) {
 
 std::int64_t offsetOf(const std::tm& fields, std::int64_t seconds) { return fromPlainFields(fields) - seconds; }
 
+// Local clocks show 1969 for some hours of the calendar range, or 3001, which the runtime does not take: it is asked
+// for what they show two days later or earlier.
 std::int64_t fromLocalTime(std::int64_t plain) {
-  std::tm fields = toPlainFields(plain);
-  return _mktime64(&fields);
+  constexpr std::int64_t kLast = 32535215999;  // 3000-12-31 23:59:59.
+  const std::int64_t shift = plain < 0 ? 172800 : plain > kLast ? -172800 : 0;
+  std::tm fields = toPlainFields(plain + shift);
+  const std::int64_t seconds = _mktime64(&fields);
+  return seconds < 0 ? seconds : seconds - shift;
 }
 
 std::int64_t fromUtc(std::int64_t plain) { return plain; }

@@ -92,7 +92,8 @@ template <>
 TARN_API std::string& operator>>(std::string& buffer, uuids::uuid& value);
 /// @}
 
-/// A floating-point number in the fewest digits that read back as the same number: `buffer << exact(0.1)`.
+/// A floating-point number in the fewest digits that read back as the same number: `buffer << exact(0.1)`. Built with
+/// libc++, a `long double` has the digits of a `double`.
 template <std::floating_point T>
 struct Exact {
   T value;  ///< Infinite ones and NaN are written, but not read.

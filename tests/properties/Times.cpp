@@ -44,14 +44,14 @@ std::optional<std::time_t> runtimeSeconds(std::int64_t plain, std::tm& fields) {
   return seconds >= 0 && seconds <= kLast ? std::optional(seconds) : std::nullopt;
 }
 
-// Whether local clocks show the plain second then, or a neighbour where the runtime shows none either.
+// Whether local clocks show the plain second then. Where the runtime's choice shows another, that or a neighbour.
 bool isLocal(std::int64_t plain, double then) {
   std::tm asked;
+  const std::optional<std::time_t> chosen = runtimeSeconds(plain, asked);
   const auto seconds = static_cast<std::time_t>(std::floor(then));
-  if (!runtimeSeconds(plain, asked) || seconds < 0 || seconds > kLast) return false;
-  const std::int64_t difference = plainSeconds(fieldsOf(*std::localtime(&seconds), 0)) - plain;
-  const bool isMissing = plainSeconds(fieldsOf(asked, 0)) != plain;
-  return difference == 0 || (isMissing && std::abs(difference) <= 7200);
+  if (!chosen || seconds < 0 || seconds > kLast) return false;
+  const auto shows = [plain](std::time_t at) { return plainSeconds(fieldsOf(*std::localtime(&at), 0)) == plain; };
+  return shows(seconds) || seconds == *chosen || (!shows(*chosen) && std::abs(seconds - *chosen) <= 7200);
 }
 
 void requireSet(const Fields& f) {
