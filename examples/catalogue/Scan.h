@@ -25,8 +25,7 @@ struct Scan {
 };
 
 // Why a scan cannot be read, stored or added, in words for whoever wrote it.
-class ScanError : public std::invalid_argument {
- public:
+struct ScanError : std::invalid_argument {
   using std::invalid_argument::invalid_argument;
 };
 
