@@ -23,8 +23,8 @@ namespace Tarn::DataStructures {
 /// contributed stays in the parent, which lives at least as long as its parts.
 ///
 /// A chain of parts may be as long as memory allows, and is released without recursion, unless a derived class owns
-/// parts of its own: each of those adds a call. A change is forwarded by a call
-/// at each level, which takes at most 512 bytes of the stack: an 8 MiB stack holds 16 000 levels.
+/// parts of its own: each of those adds a call. A change is forwarded by a call at each level, which takes at most 512
+/// bytes of the stack: an 8 MiB stack holds 16 000 levels.
 ///
 /// Threads: as for `Progress`. Threads that move one part may reach the parent in either order; the sums come out.
 class TARN_API PartialProgress : public Progress {

@@ -104,7 +104,7 @@ inline void HashIndex::rehash(std::size_t homes, std::size_t tail) {
   shift_ = shift;
 }
 
-// What stands in front of all pairs, and where they begin.
+// What stands in front of all pairs, and where they begin: the debuggers' views of the tables know it, too.
 inline constexpr std::size_t kUnused = 0;
 inline constexpr std::size_t kRemoved = 1;
 inline constexpr std::size_t kFirst = 2;
