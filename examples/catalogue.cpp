@@ -56,17 +56,16 @@ ExitStatus run(std::vector<std::string> arguments) {
     added->add_flag("--json", options.json, "print JSON, a value in each line");
     return added;
   };
+  const auto addRows = [&options](CLI::App* command, const char* what) {
+    command->add_option("--rows", options.rows, what)->type_name("N")->check(CLI::Range(0, 999999999));
+  };
   CLI::App* const write = add("write", writeScans, "Add the scans of a list to the model.", kWriteHelp);
   write->add_option("LIST", options.argument, "a file; standard input if it is - or missing")->type_name("");
-  write->add_option("--rows", options.rows, "list so many of the added scans at most (20)")
-      ->type_name("N")
-      ->check(CLI::Range(0, 999999999));
+  addRows(write, "list so many of the added scans at most (20)");
   write->add_flag("--no-wait", options.noWait, "do not wait for another writer, but end with status 2");
   CLI::App* const show = add("show", showScans, "Print all scans, or all that is known of one.", kShowHelp);
   show->add_option("SCAN", options.argument, "a name, a uuid in either form, or a token")->type_name("");
-  show->add_option("--rows", options.rows, "list so many scans at most")
-      ->type_name("N")
-      ->check(CLI::Range(0, 999999999));
+  addRows(show, "list so many scans at most");
   show->add_flag("--list", options.list, "print a list that `write` reads to the same scans, with other uuids");
   add("verify", verifyScans, "Look for everything that is wrong with the file.", kVerifyHelp);
 

@@ -1,4 +1,4 @@
-// Six significant digits of a number, as "%g" writes them: a third of what `std::to_chars` takes for them.
+// Six significant digits of a number, as "%g" writes them, in less than half of the time of `std::to_chars`.
 #ifndef TARN_TEXT_INTERNAL_SIXDIGITS_H_
 #define TARN_TEXT_INTERNAL_SIXDIGITS_H_
 
@@ -16,7 +16,7 @@ inline constexpr std::array<double, 23> kExactPowers = {1e0,  1e1,  1e2,  1e3,  
                                                         1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                         1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-// Writes at most 13 characters and returns their end. Null for what one exact power of ten does not decide: zero and
+// Writes at most 12 characters and returns their end. Null for what one exact power of ten does not decide: zero and
 // what is not finite, very small and very large numbers, and the middle between two numbers of six digits.
 //
 // The scaled number is rounded once, correctly: that takes no number across a middle, at most onto it.
