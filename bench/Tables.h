@@ -3,6 +3,7 @@
 #ifndef BENCH_TABLES_H_
 #define BENCH_TABLES_H_
 
+#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <memory>

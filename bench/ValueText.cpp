@@ -4,6 +4,7 @@
 #include <fast_float/fast_float.h>
 #include <fmt/compile.h>
 
+#include <algorithm>
 #include <charconv>
 
 #include "Tarn/text/Escapes.h"

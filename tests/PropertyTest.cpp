@@ -2,6 +2,7 @@
 // or behind them, and any bytes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>

@@ -6,7 +6,7 @@
 #ifndef TARN_TEXT_ESCAPES_H_
 #define TARN_TEXT_ESCAPES_H_
 
-#include <istream>
+#include <iosfwd>
 #include <string>
 
 #include "Tarn/Export.h"

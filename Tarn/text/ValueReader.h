@@ -3,7 +3,6 @@
 #ifndef TARN_TEXT_VALUEREADER_H_
 #define TARN_TEXT_VALUEREADER_H_
 
-#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <iosfwd>
@@ -103,7 +102,7 @@ class ValueReader {
   [[nodiscard]] std::string_view rest() const noexcept { return rest_; }
 
   /// Drops characters from the front, all that are left at most.
-  void skip(std::size_t count) noexcept { rest_.remove_prefix(std::min(count, rest_.size())); }
+  void skip(std::size_t count) noexcept { rest_.remove_prefix(count < rest_.size() ? count : rest_.size()); }
 
   /// Drops what stands before the next letter, digit, plus, minus or full stop.
   /// @return false, and nothing changes, if there is none.

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstring>
 #include <locale>
+#include <ostream>
 #include <type_traits>
 
 #include "Tarn/text/internal/Characters.h"

@@ -6,7 +6,7 @@
 #ifndef TARN_TEXT_WIDETEXT_H_
 #define TARN_TEXT_WIDETEXT_H_
 
-#include <ostream>
+#include <iosfwd>
 #include <string>
 
 #include "Tarn/Export.h"
