@@ -146,8 +146,9 @@ inline auto isToken(const HashedPairs& pairs, std::uint64_t token) noexcept {
   return [&pairs, token](HashedPairs::Number pair) { return pairs.token(pair) == token; };
 }
 
-inline auto isKey(const HashedPairs& pairs, std::string_view key) noexcept {
-  return [&pairs, key](HashedPairs::Number pair) { return areEqual(pairs.key(pair), key); };
+// By reference: a function object of two words is passed in registers, a larger one through memory.
+inline auto isKey(const HashedPairs& pairs, const std::string_view& key) noexcept {
+  return [&pairs, &key](HashedPairs::Number pair) { return areEqual(pairs.key(pair), key); };
 }
 
 inline auto isKey(const HashedPairs& pairs, const uuids::uuid& key) noexcept {
