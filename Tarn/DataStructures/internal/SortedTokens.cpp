@@ -9,6 +9,7 @@ namespace Tarn::internal {
 namespace {
 
 constexpr std::size_t kMostTokens = 256;  // What an insertion moves at most, against the blocks to be searched.
+constexpr std::uint64_t kLowerHalf = 0xFFFFFFFF;
 constexpr std::size_t kFewElements = 16;  // Not worth moving.
 
 // Room for so many elements, and for half as many more.
@@ -60,16 +61,26 @@ auto iteratorAt(std::vector<T>& list, std::size_t at) noexcept {
 }  // namespace
 
 const std::uint64_t* SortedTokens::at(std::uint64_t position) const noexcept {
-  std::size_t before = 0;  // Blocks that end before the position, which then counts from behind them.
-  for (std::size_t step = std::bit_floor(counts_.size()); step > 0; step /= 2) {
-    if (before + step > counts_.size() || counts_[before + step - 1] > position) continue;
-    before += step;
-    position -= counts_[before - 1];
+  const std::uint64_t remembered = remembered_.load(std::memory_order_relaxed);
+  const auto block = static_cast<std::size_t>(remembered & kLowerHalf);
+  std::uint64_t within = position - (remembered >> 32U);
+  if (block < blocks_.size() && within < blocks_[block].tokens.size()) {
+    return &blocks_[block].tokens[static_cast<std::size_t>(within)];
   }
-  return before < blocks_.size() ? &blocks_[before].tokens[static_cast<std::size_t>(position)] : nullptr;
+  std::size_t before = 0;  // Blocks that end before the position, which then counts from behind them.
+  within = position;
+  for (std::size_t step = std::bit_floor(counts_.size()); step > 0; step /= 2) {
+    if (before + step > counts_.size() || counts_[before + step - 1] > within) continue;
+    before += step;
+    within -= counts_[before - 1];
+  }
+  if (before == blocks_.size()) return nullptr;
+  if (within == 0) remembered_.store(position << 32U | before, std::memory_order_relaxed);
+  return &blocks_[before].tokens[static_cast<std::size_t>(within)];
 }
 
 void SortedTokens::insert(std::uint64_t token) {
+  remembered_ = {};
   if (blocks_.empty()) {
     counts_.reserve(1);
     blocks_.push_back(Block{token, {token}});
@@ -89,6 +100,7 @@ void SortedTokens::insert(std::uint64_t token) {
 }
 
 void SortedTokens::erase(std::uint64_t token) noexcept {
+  remembered_ = {};
   const std::size_t block = blockOf(token);
   std::vector<std::uint64_t>& tokens = blocks_[block].tokens;
   tokens.erase(iteratorAt(tokens, placeOf(token, tokens)));

@@ -8,9 +8,10 @@
 //
 // A position is found by the counts, a Fenwick tree: that of block number n, counted from 1, is the number of tokens in
 // the n & -n blocks that end with it. A token's place is found by binary search, among the blocks' beginnings and then
-// in the block. So both take logarithmic time. An insertion or a removal moves part of a block besides; one in half a
-// block's worth of them splits or joins blocks, which moves the lists behind them, less than a byte of them for each
-// token.
+// in the block. So both take logarithmic time. Who asks for one position after the other has each block searched for
+// once: the last one whose first token was asked for is remembered. An insertion or a removal moves part of a block
+// besides; one in half a block's worth of them splits or joins blocks, which moves the lists behind them, less than a
+// byte of them for each token.
 //
 // Memory: each block has room for at most twice its tokens, but for a few, and neighbours that are small are joined.
 // Copying, moving and destroying are the vectors': who assigns a copy makes it first. An insertion that throws has
@@ -18,6 +19,7 @@
 #ifndef TARN_DATASTRUCTURES_INTERNAL_SORTEDTOKENS_H_
 #define TARN_DATASTRUCTURES_INTERNAL_SORTEDTOKENS_H_
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -36,6 +38,18 @@ class SortedTokens {
   void erase(std::uint64_t token) noexcept;
 
  private:
+  // A block's index in the lower half, and how many tokens stand before it: both fit, as a table holds fewer pairs than
+  // 32 bits can number. At first the block at the front. Threads that read at once may overtake each other: what is
+  // stored holds until the next change.
+  struct Remembered : std::atomic<std::uint64_t> {
+    Remembered() noexcept : atomic(0) {}
+    Remembered(const Remembered& other) noexcept : atomic(other.load(std::memory_order_relaxed)) {}
+    Remembered& operator=(const Remembered& other) noexcept {
+      store(other.load(std::memory_order_relaxed), std::memory_order_relaxed);
+      return *this;
+    }
+  };
+
   struct Block {
     std::uint64_t begin;  // No token of it is smaller, and all tokens of earlier blocks are.
     std::vector<std::uint64_t> tokens;
@@ -50,6 +64,7 @@ class SortedTokens {
 
   std::vector<Block> blocks_;
   std::vector<std::uint64_t> counts_;
+  mutable Remembered remembered_;
 };
 
 }  // namespace Tarn::internal
