@@ -2,6 +2,7 @@
 // letter, a token, a key.
 #include <limits>
 #include <utility>
+#include <vector>
 
 #include "Tarn/DataStructures/KeyTable.h"
 #include "Tarn/DataStructures/UuidKeyTable.h"
@@ -27,12 +28,14 @@ std::size_t sizeOf(const UuidKeyTable&, const PlainTable<uuids::uuid>& plain) { 
 
 void requirePositions(const KeyTable&, const PlainTable<std::string>&) {}
 void requirePositions(const UuidKeyTable& table, const PlainTable<uuids::uuid>& plain) {
-  std::uint64_t position = 0;
-  for (const auto& [token, key] : plain.byToken) {
+  const std::vector<std::pair<std::uint64_t, uuids::uuid>> pairs(plain.byToken.begin(), plain.byToken.end());
+  const std::size_t count = pairs.size();
+  for (std::size_t i = 0; i < 2 * count; ++i) {  // All in turn, from the midst on, and others in between.
+    const std::size_t position = (i % 2 == 0 ? count / 2 + i / 2 : i * 37) % count;
+    const auto& [token, key] = pairs[position];
     require(table.getToken(position) == token && table.getKey(position) == key, "tokens have their positions");
-    ++position;
   }
-  for (const std::uint64_t outside : {position, position + 1, std::uint64_t{1} << 32, kAllOnes}) {
+  for (const std::uint64_t outside : {std::uint64_t{count}, std::uint64_t{1} << 32, kAllOnes}) {
     require(table.getToken(outside) == kAllOnes && !table.getKey(outside), "nothing is behind the last");
   }
 }
