@@ -44,8 +44,8 @@ class SortedTokens {
   struct Remembered : std::atomic<std::uint64_t> {
     Remembered() noexcept : atomic(0) {}
     Remembered(const Remembered& other) noexcept : atomic(other.load(std::memory_order_relaxed)) {}
-    Remembered& operator=(Remembered other) noexcept {
-      store(other.load(std::memory_order_relaxed), std::memory_order_relaxed);
+    Remembered& operator=(const Remembered& other) noexcept {
+      if (this != &other) store(other.load(std::memory_order_relaxed), std::memory_order_relaxed);
       return *this;
     }
   };
