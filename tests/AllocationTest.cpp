@@ -245,14 +245,16 @@ Table tableOf(std::uint64_t count) {
   return table;
 }
 
-std::uint64_t tokenAt(const KeyTable&, std::uint64_t position) { return position; }
+std::uint64_t tokenAt(const KeyTable& table, std::uint64_t position) {
+  return table.tokenToKey(position) ? position : std::numeric_limits<std::uint64_t>::max();
+}
 std::uint64_t tokenAt(const UuidKeyTable& table, std::uint64_t position) { return table.getToken(position); }
 
 // Whether it holds the tokens below the count and nothing else, found in each way.
 template <class Table>
 bool holds(const Table& table, std::uint64_t count) {
-  bool all =
-      table.getNumElements() == count && !table.tokenToKey(count) && table.keyToToken(keyOf(table, count)) > count;
+  bool all = table.getNumElements() == count && !table.tokenToKey(count) && tokenAt(table, count) > count &&
+             table.keyToToken(keyOf(table, count)) > count;
   for (std::uint64_t token = 0; all && token < count; ++token) {
     const auto key = keyOf(table, token);
     all = table.keyToToken(key) == token && table.tokenToKey(token) == key && tokenAt(table, token) == token;
@@ -265,13 +267,14 @@ class TableAllocation : public Allocation {};
 using Tables = testing::Types<KeyTable, UuidKeyTable>;
 TYPED_TEST_SUITE(TableAllocation, Tables);
 
-// A table that holds the tokens below some number.
+// A table that holds the tokens below some number, and can take the next.
 template <class Table>
 struct Held {
   Table table;
   bool operator==(const Held& other) const {
-    const std::uint64_t count = table.getNumElements();
-    return count == other.table.getNumElements() && holds(table, count) && holds(other.table, count);
+    const std::uint64_t count = other.table.getNumElements();
+    Table next = table;
+    return holds(table, count) && next.addEntry(count, keyOf(next, count)) && holds(next, count + 1);
   }
 };
 
