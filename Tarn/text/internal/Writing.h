@@ -37,7 +37,8 @@ TARN_API void appendNumber(std::string& buffer, long double number);
 template <DecimalInteger T>
 void appendNumber(std::string& buffer, T number) {
   std::array<char, 24> text;  // Holds 20 digits and a sign.
-  buffer.append(text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr);
+  const char* const end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
+  buffer.append(text.data(), static_cast<std::size_t>(end - text.data()));  // As a range, it would be a replacement.
 }
 
 // Runs a reader over the buffer's text, then removes what it took, also when it throws.
