@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <tuple>
 
 #include "Tarn/time/internal/Calendar.h"
 
@@ -26,7 +27,10 @@ int orderOfFields(double a, double b) {
   const std::int64_t secondsB = internal::calendarSeconds(b);
   const bool bothAreIn = secondsA >= 0 && secondsB >= 0;
   if (!bothAreIn || secondsA == secondsB || std::abs(secondsA - secondsB) > kFarApart) return order(secondsA, secondsB);
-  return order(internal::localTimeAt(secondsA).fields, internal::localTimeAt(secondsB).fields);
+  const auto shown = [](const std::tm& f) {
+    return std::tuple(f.tm_year, f.tm_mon, f.tm_mday, f.tm_hour, f.tm_min, f.tm_sec);
+  };
+  return order(shown(internal::localFieldsAt(secondsA)), shown(internal::localFieldsAt(secondsB)));
 }
 
 }  // namespace
@@ -74,21 +78,25 @@ double Time::getLastTime() const { return absTime; }
 
 double Time::getAbsLastTime() const { return absTime; }
 
-int Time::getYear() const { return internal::localFields(absTime).year; }
+int Time::getYear() const { return internal::localFields(absTime).tm_year + 1900; }
 
-int Time::getMonth() const { return internal::localFields(absTime).month; }
+int Time::getMonth() const { return internal::localFields(absTime).tm_mon + 1; }
 
-int Time::getDay() const { return internal::localFields(absTime).day; }
+int Time::getDay() const { return internal::localFields(absTime).tm_mday; }
 
-int Time::getHour() const { return internal::localFields(absTime).hour; }
+int Time::getHour() const { return internal::localFields(absTime).tm_hour; }
 
-int Time::getMin() const { return internal::localFields(absTime).minute; }
+int Time::getMin() const { return internal::localFields(absTime).tm_min; }
 
-int Time::getSec() const { return internal::localFields(absTime).second; }
+int Time::getSec() const { return internal::localFields(absTime).tm_sec; }
 
-int Time::getMSec() const { return internal::partsOf(absTime).millisecond; }
+int Time::getMSec() const { return internal::millisecondOf(absTime); }
 
-std::tm Time::getTimeStruct() const { return internal::runtimeFields(absTime).value_or(std::tm{}); }
+std::tm Time::getTimeStruct() const {
+  std::tm fields = internal::localFields(absTime);
+  if (internal::isNone(fields)) fields = {};
+  return fields;
+}
 
 int Time::compare(const Time& a, const Time& b) {
   const int byFields = orderOfFields(a.absTime, b.absTime);

@@ -1,9 +1,11 @@
-// Layouts of digits are written here, which is faster than the runtime and the same on every platform. Only the two
+// Layouts of digits are written here, which is faster than the runtime and the same on every platform: a layout is a
+// text of zeros, in whose places the digits are put, and which stays as it is outside the calendar range. Only the two
 // with words, which depend on the locale, are the runtime's.
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <istream>
@@ -13,6 +15,8 @@
 #include <string>
 #include <string_view>
 
+#include "Tarn/platform/PlainClock.h"
+#include "Tarn/platform/Platform.h"
 #include "Tarn/text/ValueReader.h"
 #include "Tarn/text/ValueText.h"
 #include "Tarn/time/Time.h"
@@ -20,8 +24,6 @@
 
 namespace Tarn {
 namespace {
-
-using internal::CalendarFields;
 
 // The two digits of every number below 100: "000102" and so on.
 constexpr std::array<char, 200> kPairs = [] {
@@ -33,58 +35,81 @@ constexpr std::array<char, 200> kPairs = [] {
   return pairs;
 }();
 
-// A text of up to 40 characters that is written from left to right.
-class Row {
- public:
-  Row& put(char character) {
-    *end_++ = character;
-    return *this;
-  }
-  Row& put(std::string_view text) {
-    end_ = std::copy(text.begin(), text.end(), end_);
-    return *this;
-  }
-  // Two digits of a number below 100, three of one below 1000, four of one below 10000.
-  Row& putPair(int number) {
-    std::memcpy(end_, kPairs.data() + 2 * static_cast<std::size_t>(number), 2);
-    end_ += 2;
-    return *this;
-  }
-  Row& putThree(int number) { return put(static_cast<char>('0' + number / 100)).putPair(number % 100); }
-  Row& putYear(int number) { return putPair(number / 100).putPair(number % 100); }
-  // As few digits as there are, and a minus.
-  Row& putNumber(int number) {
-    if (0 <= number && number < 10) return put(static_cast<char>('0' + number));
-    if (0 <= number && number < 100) return putPair(number);
-    end_ = std::to_chars(end_, text_.data() + text_.size(), number).ptr;
-    return *this;
-  }
-  Row& putDate(const CalendarFields& fields) {
-    return putYear(fields.year).put('-').putPair(fields.month).put('-').putPair(fields.day);
-  }
-  Row& putClock(const CalendarFields& fields) {
-    return putPair(fields.hour).put(':').putPair(fields.minute).put(':').putPair(fields.second);
-  }
-  // "+01:00" for what is ahead of UTC; "Z" for no minute.
-  Row& putOffset(int seconds) {
-    const int minutes = std::abs(seconds) / 60;
-    if (seconds >= 0 && minutes == 0) return put('Z');
-    return put(seconds < 0 ? '-' : '+').putPair(minutes / 60).put(':').putPair(minutes % 60);
-  }
-  [[nodiscard]] std::string_view view() const { return {text_.data(), static_cast<std::size_t>(end_ - text_.data())}; }
-  [[nodiscard]] std::string text() const { return std::string(view()); }
+// In the place of "00", a number below 100.
+void putPair(char* to, int number) { std::memcpy(to, kPairs.data() + 2 * static_cast<std::size_t>(number), 2); }
 
- private:
-  std::array<char, 40> text_;
-  char* end_ = text_.data();
-};
+// In the place of "000", a number below 1000.
+void putThree(char* to, int number) {
+  *to = static_cast<char>('0' + number / 100);
+  putPair(to + 1, number % 100);
+}
+
+// In the place of "0000".
+void putYear(char* to, const std::tm& fields) {
+  const int year = fields.tm_year + 1900;
+  putPair(to, year / 100);
+  putPair(to + 2, year % 100);
+}
+
+// In the place of "0000-00-00".
+void putDate(char* to, const std::tm& fields) {
+  putYear(to, fields);
+  putPair(to + 5, fields.tm_mon + 1);
+  putPair(to + 8, fields.tm_mday);
+}
+
+// In the place of "00.00".
+void putDayAndMonth(char* to, const std::tm& fields) {
+  putPair(to, fields.tm_mday);
+  putPair(to + 3, fields.tm_mon + 1);
+}
+
+// In the place of "000000".
+void putShortDate(char* to, const std::tm& fields) {
+  putPair(to, fields.tm_year % 100);
+  putPair(to + 2, fields.tm_mon + 1);
+  putPair(to + 4, fields.tm_mday);
+}
+
+// In the place of "00:00:00".
+void putClock(char* to, const std::tm& fields) {
+  putPair(to, fields.tm_hour);
+  putPair(to + 3, fields.tm_min);
+  putPair(to + 6, fields.tm_sec);
+}
+
+// In the place of "+00:00" at the end of a text, how far local time is ahead of UTC: "Z" for no minute.
+void putOffset(std::string& text, std::int64_t seconds) {
+  const std::size_t at = text.size() - 6;
+  const int minutes = static_cast<int>(std::abs(seconds) / 60);
+  if (seconds >= 0 && minutes == 0) {
+    text[at] = 'Z';
+    text.resize(at + 1);
+    return;
+  }
+  if (seconds < 0) text[at] = '-';
+  putPair(&text[at + 1], minutes / 60);
+  putPair(&text[at + 4], minutes % 60);
+}
+
+// One or two digits of a number below 100. Gives their end.
+char* putNumber(char* to, int number) {
+  const std::size_t zeros = number < 10 ? 1 : 0;
+  std::memcpy(to, kPairs.data() + 2 * static_cast<std::size_t>(number) + zeros, 2);
+  return to + 2 - zeros;
+}
+
+// How far the local fields of seconds are ahead of UTC.
+std::int64_t offsetOf(const std::tm& local, std::int64_t seconds) {
+  return internal::isNone(local) ? 0 : platform::offsetOf(local, seconds);
+}
 
 // A layout with words. Without calendar fields there is nothing to say.
 std::string inRuntimeLayout(double time, const char* layout) {
-  const std::optional<std::tm> fields = internal::runtimeFields(time);
-  if (!fields) return {};
+  const std::tm fields = internal::localFields(time);
+  if (internal::isNone(fields)) return {};
   std::array<char, 1024> text;
-  return {text.data(), std::strftime(text.data(), text.size(), layout, &*fields)};
+  return {text.data(), std::strftime(text.data(), text.size(), layout, &fields)};
 }
 
 }  // namespace
@@ -92,84 +117,126 @@ std::string inRuntimeLayout(double time, const char* layout) {
 std::string Time::getTimeStr() const { return inRuntimeLayout(absTime, "%c"); }
 
 std::string Time::getTimeStr2() const {
-  const CalendarFields local = internal::localFields(absTime);
-  Row row;
-  row.putPair(local.day).put('.').putPair(local.month).put('.').putYear(local.year);
-  return row.put(" at ").putClock(local).text();
+  const std::tm local = internal::localFields(absTime);
+  std::string text = "00.00.0000 at 00:00:00";
+  putDayAndMonth(text.data(), local);
+  putYear(text.data() + 6, local);
+  putClock(text.data() + 14, local);
+  return text;
 }
 
 std::string Time::getTimeStr3() const { return inRuntimeLayout(absTime, "%A, %B %d, %Y at %H:%M:%S"); }
 
 std::string Time::getTimeStr4() const {
-  const auto [seconds, millisecond] = internal::partsOf(absTime);
-  Row row;
-  row.putClock(internal::localTimeAt(seconds).fields).put(':');
-  if (millisecond >= 0) return row.putThree(millisecond).text();
-  return row.put("00").putNumber(millisecond).text();  // Before the epoch.
+  const std::tm local = internal::localFields(absTime);
+  const int millisecond = internal::millisecondOf(absTime);
+  std::string text = "00:00:00:000";
+  putClock(text.data(), local);
+  if (millisecond >= 0) {
+    putThree(text.data() + 9, millisecond);
+  } else {
+    text.replace(11, 1, std::to_string(millisecond));  // Before the epoch.
+  }
+  return text;
 }
 
 std::string Time::getTimeStr5() const {
-  const CalendarFields local = internal::localFields(absTime);
-  Row row;
-  return row.putPair(local.day).put('.').putPair(local.month).put('.').putNumber(local.year).text();
+  const std::tm local = internal::localFields(absTime);
+  if (internal::isNone(local)) return "00.00.0";
+  std::string text = "00.00.0000";
+  putDayAndMonth(text.data(), local);
+  putYear(text.data() + 6, local);
+  return text;
 }
 
 std::string Time::getTimeStr6() const {
-  const CalendarFields local = internal::localFields(absTime);
-  Row row;
-  return row.putPair(local.year % 100).putPair(local.month).putPair(local.day).text();
+  const std::tm local = internal::localFields(absTime);
+  std::string text = "000000";
+  putShortDate(text.data(), local);
+  return text;
 }
 
 std::string Time::getTimeStr7() const {
-  const CalendarFields local = internal::localFields(absTime);
-  Row row;
-  row.putPair(local.year % 100).putPair(local.month).putPair(local.day).put('_');
-  return row.putPair(local.hour).putPair(local.minute).putPair(local.second).text();
+  const std::tm local = internal::localFields(absTime);
+  std::string text = "000000_000000";
+  putShortDate(text.data(), local);
+  putPair(text.data() + 7, local.tm_hour);
+  putPair(text.data() + 9, local.tm_min);
+  putPair(text.data() + 11, local.tm_sec);
+  return text;
 }
 
 std::string Time::getTimeStr8() const {
-  const CalendarFields local = internal::localFields(absTime);
-  Row row;
-  return row.putDate(local).put(' ').putClock(local).text();
+  const std::tm local = internal::localFields(absTime);
+  std::string text = "0000-00-00 00:00:00";
+  putDate(text.data(), local);
+  putClock(text.data() + 11, local);
+  return text;
 }
 
 std::string Time::getTimeStr9() const {
-  const CalendarFields utc = internal::utcFieldsAt(internal::calendarSeconds(absTime));
-  Row row;
-  return row.putDate(utc).put('T').putClock(utc).put('Z').text();
+  const std::tm utc = internal::utcFields(absTime);
+  std::string text = "0000-00-00T00:00:00Z";
+  putDate(text.data(), utc);
+  putClock(text.data() + 11, utc);
+  return text;
 }
 
 std::string Time::getIsoTimeStr() const {
-  const auto [local, offset] = internal::localTimeAt(internal::calendarSeconds(absTime));
-  Row row;
-  return row.putDate(local).put('T').putClock(local).putOffset(offset).text();
+  const std::int64_t seconds = internal::calendarSeconds(absTime);
+  const std::tm local = internal::localFieldsAt(seconds);
+  std::string text = "0000-00-00T00:00:00+00:00";
+  putDate(text.data(), local);
+  putClock(text.data() + 11, local);
+  putOffset(text, offsetOf(local, seconds));
+  return text;
 }
 
 std::string isoText(const Time& time) {
-  const auto [seconds, millisecond] = internal::partsOf(time.getLastTime());
-  auto [fields, offset] = internal::localTimeAt(seconds);
-  if (const int oddSeconds = offset % 60; oddSeconds != 0) {
-    fields = internal::plainFields(internal::plainSeconds(fields) - oddSeconds);
+  const double instant = time.getLastTime();
+  const std::int64_t seconds = internal::calendarSeconds(instant);
+  std::tm local = internal::localFieldsAt(seconds);
+  std::int64_t offset = offsetOf(local, seconds);
+  if (const std::int64_t oddSeconds = offset % 60; oddSeconds != 0) {
+    local = platform::toPlainFields(platform::fromPlainFields(local) - oddSeconds);
     offset -= oddSeconds;
   }
-  Row row;
-  row.putDate(fields).put('T').putClock(fields).put('.').putThree(seconds >= 0 ? std::max(millisecond, 0) : 0);
-  return row.putOffset(offset).text();
+  std::string text = "0000-00-00T00:00:00.000+00:00";
+  char* const at = text.data();
+  putDate(at, local);
+  putClock(at + 11, local);
+  putThree(at + 20, internal::isNone(local) ? 0 : std::max(internal::millisecondOf(instant), 0));
+  putOffset(text, offset);
+  return text;
 }
 
 std::ostream& operator<<(std::ostream& stream, const Time& time) {
-  const CalendarFields fields = internal::localFields(time.getLastTime());
-  return stream << fields.day << "." << fields.month << "." << fields.year << " " << fields.hour << ":" << fields.minute
-                << ":" << fields.second << ":" << time.getMSec();
+  const std::tm local = internal::localFields(time.getLastTime());
+  return stream << local.tm_mday << "." << local.tm_mon + 1 << "." << local.tm_year + 1900 << " " << local.tm_hour
+                << ":" << local.tm_min << ":" << local.tm_sec << ":" << time.getMSec();
 }
 
 std::string& operator<<(std::string& buffer, const Time& time) {
-  const auto [seconds, millisecond] = internal::partsOf(time.getLastTime());
-  const CalendarFields local = internal::localTimeAt(seconds).fields;
-  Row row;
-  row.putNumber(local.day).put('.').putNumber(local.month).put('.').putNumber(local.year).put(' ');
-  for (const int number : {local.hour, local.minute, local.second}) row.putNumber(number).put(':');
-  return buffer.append(row.putNumber(millisecond).view());
+  const std::tm local = internal::localFields(time.getLastTime());
+  std::array<char, 40> text;
+  char* end = text.data();
+  for (const int number : {local.tm_mday, local.tm_mon + 1}) {
+    end = putNumber(end, number);
+    *end++ = '.';
+  }
+  if (internal::isNone(local)) {
+    *end++ = '0';
+  } else {
+    putYear(end, local);
+    end += 4;
+  }
+  *end++ = ' ';
+  for (const int number : {local.tm_hour, local.tm_min, local.tm_sec}) {
+    end = putNumber(end, number);
+    *end++ = ':';
+  }
+  end = std::to_chars(end, text.data() + text.size(), internal::millisecondOf(time.getLastTime())).ptr;
+  return buffer.append(text.data(), end);
 }
 
 namespace {

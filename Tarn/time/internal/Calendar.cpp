@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cmath>
 
-#include "Tarn/platform/PlainClock.h"
 #include "Tarn/platform/Platform.h"
 
 namespace Tarn::internal {
@@ -16,18 +15,6 @@ constexpr std::int64_t kTicksPerSecond = 10'000'000;
 constexpr std::int64_t kTicksPerMillisecond = 10'000;
 constexpr double kSecondsPerTick = 1e-7;
 constexpr std::int64_t kZoneSpan = 172800;  // Seconds that no zone's offset reaches: two days.
-
-CalendarFields toFields(const std::tm& broken) {
-  return {broken.tm_year + 1900, broken.tm_mon + 1, broken.tm_mday, broken.tm_hour, broken.tm_min, broken.tm_sec};
-}
-
-// Whole seconds of a time. Nothing if its count of 100 ns does not fit 64 bits.
-std::optional<std::int64_t> wholeSeconds(double time) {
-  constexpr double kLimit = 9223372036854775808.0;  // 2 to the power of 63.
-  const double ticks = time * static_cast<double>(kTicksPerSecond);
-  if (!(ticks >= -kLimit && ticks < kLimit)) return std::nullopt;
-  return static_cast<std::int64_t>(ticks) / kTicksPerSecond;
-}
 
 std::int64_t floorDivide(std::int64_t number, std::int64_t divisor) {
   return number / divisor - (number % divisor < 0 ? 1 : 0);
@@ -63,35 +50,34 @@ std::int64_t settableSeconds(const CalendarFields& fields) {
 
 }  // namespace
 
-TimeParts partsOf(double time) {
-  const std::optional<std::int64_t> seconds = wholeSeconds(time);
-  if (!seconds) return {};
-  const double fraction = time - static_cast<double>(*seconds);
-  return {isInCalendar(*seconds) ? *seconds : -1, std::min(static_cast<int>(std::round(fraction * 1000.0)), 999)};
+int millisecondOf(double time) {
+  constexpr double kLimit = 9223372036854775808.0;  // 2 to the power of 63.
+  const double ticks = time * kTicksPerSecond;
+  if (!(-kLimit <= ticks && ticks < kLimit)) return 0;
+  const std::int64_t seconds = static_cast<std::int64_t>(ticks) / kTicksPerSecond;
+  const double fraction = time - static_cast<double>(seconds);
+  return std::min(static_cast<int>(std::round(fraction * 1000.0)), 999);
 }
 
 std::int64_t calendarSeconds(double time) {
-  const std::optional<std::int64_t> seconds = wholeSeconds(time);
-  return seconds && isInCalendar(*seconds) ? *seconds : -1;
+  constexpr double kTicks = kTicksPerSecond;
+  constexpr double kEnd = static_cast<double>(kLastCalendarSecond + 1) * kTicks;
+  const double ticks = time * kTicks;
+  return -kTicks < ticks && ticks < kEnd ? static_cast<std::int64_t>(ticks) / kTicksPerSecond : -1;
 }
 
-LocalTime localTimeAt(std::int64_t seconds) {
+std::tm localFieldsAt(std::int64_t seconds) {
   std::tm fields;
-  if (seconds < 0 || !platform::toLocalTime(seconds, fields)) return {};
-  return {toFields(fields), static_cast<int>(platform::offsetOf(fields, seconds))};
+  if (seconds < 0 || !platform::toLocalTime(seconds, fields)) fields = kNoFields;
+  return fields;
 }
 
-CalendarFields utcFieldsAt(std::int64_t seconds) {
-  std::tm fields;
-  return seconds >= 0 && platform::toUtc(seconds, fields) ? toFields(fields) : CalendarFields{};
-}
+std::tm localFields(double time) { return localFieldsAt(calendarSeconds(time)); }
 
-CalendarFields localFields(double time) { return localTimeAt(calendarSeconds(time)).fields; }
-
-std::optional<std::tm> runtimeFields(double time) {
+std::tm utcFields(double time) {
   const std::int64_t seconds = calendarSeconds(time);
-  std::tm fields{};
-  if (seconds < 0 || !platform::toLocalTime(seconds, fields)) return std::nullopt;
+  std::tm fields;
+  if (seconds < 0 || !platform::toUtc(seconds, fields)) fields = kNoFields;
   return fields;
 }
 
@@ -109,7 +95,5 @@ std::int64_t plainSeconds(const CalendarFields& fields) {
   const std::int64_t minute = (day * 24 + fields.hour) * 60 + fields.minute;
   return minute * 60 + fields.second;
 }
-
-CalendarFields plainFields(std::int64_t plain) { return toFields(platform::toPlainFields(plain)); }
 
 }  // namespace Tarn::internal

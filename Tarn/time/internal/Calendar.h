@@ -6,8 +6,6 @@
 
 #include <cstdint>
 #include <ctime>
-#include <optional>
-#include <tuple>
 
 namespace Tarn::internal {
 
@@ -16,18 +14,31 @@ inline constexpr std::int64_t kLastCalendarSecond = 32535215999;
 
 constexpr bool isInCalendar(std::int64_t seconds) { return seconds >= 0 && seconds <= kLastCalendarSecond; }
 
-// A time by way of its count of 100 ns, truncated toward zero.
-struct TimeParts {
-  std::int64_t seconds = -1;  // Whole ones; -1 outside the calendar range.
-  int millisecond = 0;        // By the rules of `Time::getMSec`.
-};
-TimeParts partsOf(double time);
-
-// The whole seconds alone.
+// The whole seconds of a time, by way of its count of 100 ns, truncated toward zero; -1 outside the calendar range.
 std::int64_t calendarSeconds(double time);
 
-// The fields as they are read and shown: the full year, the month from 1. All zero outside the calendar range, where
-// years otherwise have four digits.
+// By the rules of `Time::getMSec`.
+int millisecondOf(double time);
+
+// The fields that a time shows, as the runtime has them. Outside the calendar range these are `kNoFields`; otherwise
+// years have four digits.
+std::tm localFields(double time);
+std::tm utcFields(double time);
+
+// Those of seconds in the calendar range, or of -1.
+std::tm localFieldsAt(std::int64_t seconds);
+
+// All that is shown of them is zero: the day, the year counted from 1900, the month from 0.
+inline constexpr std::tm kNoFields = [] {
+  std::tm fields{};
+  fields.tm_mon = -1;
+  fields.tm_year = -1900;
+  return fields;
+}();
+
+constexpr bool isNone(const std::tm& fields) { return fields.tm_mday == 0; }
+
+// Fields as they are read, in any range: the full year, the month from 1.
 struct CalendarFields {
   int year = 0;
   int month = 0;
@@ -35,30 +46,7 @@ struct CalendarFields {
   int hour = 0;
   int minute = 0;
   int second = 0;
-
-  friend bool operator<(const CalendarFields& a, const CalendarFields& b) {
-    const auto inOrder = [](const CalendarFields& f) {
-      return std::tie(f.year, f.month, f.day, f.hour, f.minute, f.second);
-    };
-    return inOrder(a) < inOrder(b);
-  }
 };
-
-// Local fields, and how many seconds they are ahead of UTC.
-struct LocalTime {
-  CalendarFields fields;
-  int offset = 0;
-};
-
-// Of seconds in the calendar range, or of -1.
-LocalTime localTimeAt(std::int64_t seconds);
-CalendarFields utcFieldsAt(std::int64_t seconds);
-
-// The local fields of a time.
-CalendarFields localFields(double time);
-
-// The same as the runtime has them; nothing outside the calendar range.
-std::optional<std::tm> runtimeFields(double time);
 
 // The time of whole seconds and units of 100 ns.
 double timeOfTicks(std::int64_t seconds, std::int64_t ticks);
@@ -66,11 +54,8 @@ double timeOfTicks(std::int64_t seconds, std::int64_t ticks);
 // The time at which local clocks show these fields, by the rules of `Time::setTime`.
 double timeAtLocal(const CalendarFields& fields, int millisecond);
 
-// Of fields in any range: months and what is smaller carry over.
+// Months and what is smaller carry over.
 std::int64_t plainSeconds(const CalendarFields& fields);
-
-// The fields of a plain second in the years 0 to 9999.
-CalendarFields plainFields(std::int64_t plain);
 
 }  // namespace Tarn::internal
 
