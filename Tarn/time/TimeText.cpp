@@ -80,16 +80,16 @@ void putClock(char* to, const std::tm& fields) {
 
 // In the place of "+00:00" at the end of a text, how far local time is ahead of UTC: "Z" for no minute.
 void putOffset(std::string& text, std::int64_t seconds) {
-  const std::size_t at = text.size() - 6;
-  const int minutes = static_cast<int>(std::abs(seconds) / 60);
+  char* const at = text.data() + text.size() - 6;
+  const int minutes = std::abs(static_cast<int>(seconds)) / 60;
   if (seconds >= 0 && minutes == 0) {
-    text[at] = 'Z';
-    text.resize(at + 1);
+    *at = 'Z';
+    text.resize(text.size() - 5);
     return;
   }
-  if (seconds < 0) text[at] = '-';
-  putPair(&text[at + 1], minutes / 60);
-  putPair(&text[at + 4], minutes % 60);
+  if (seconds < 0) *at = '-';
+  putPair(at + 1, minutes / 60);
+  putPair(at + 4, minutes % 60);
 }
 
 // One or two digits of a number below 100. Gives their end.
