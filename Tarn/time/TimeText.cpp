@@ -282,9 +282,11 @@ bool takeNumbers(Source& source, Numbers& numbers) {
   return areThere;
 }
 
-// Takes the numbers of a text in exactly the written form. False, and nothing is taken, from any other.
+// Takes the numbers of a text in exactly the written form, which begins where a value does, as behind a map's space.
+// False from any other, and nothing but what stands before the first number is taken.
 bool takeWritten(ValueReader& reader, Numbers& numbers) {
   constexpr std::size_t kMostDigits = 9;  // Each number that has so many fits into an `int`.
+  internal::skipToValue(reader);
   const std::string_view text = reader.rest();
   std::size_t at = 0;
   const auto take = [text, &at](int& number, char behind) {
