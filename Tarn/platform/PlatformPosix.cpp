@@ -36,6 +36,13 @@ bool toUtc(std::int64_t seconds, std::tm& fields) {
 
 std::int64_t offsetOf(const std::tm& fields, std::int64_t /*seconds*/) { return fields.tm_gmtoff; }
 
+namespace {
+
+// Whether they are what a clock without a zone shows, and no leap second.
+bool areAt(std::int64_t plain, const std::tm& fields) { return fields.tm_sec < 60 && fromPlainFields(fields) == plain; }
+
+}  // namespace
+
 // By the offset of the day before, which nearly always holds, and is that of the first of two equal hours. `mktime`
 // takes longer, but knows what to do where clocks change and where seconds leap.
 std::int64_t fromLocalTime(std::int64_t plain) {
@@ -43,14 +50,17 @@ std::int64_t fromLocalTime(std::int64_t plain) {
   std::tm fields;
   if (toLocalTime(plain - kDay, fields)) {
     const std::int64_t seconds = plain - fields.tm_gmtoff;
-    if (toLocalTime(seconds, fields) && fields.tm_sec < 60 && fromPlainFields(fields) == plain) return seconds;
+    if (toLocalTime(seconds, fields) && areAt(plain, fields)) return seconds;
   }
   fields = toPlainFields(plain);
   return std::mktime(&fields);
 }
 
+// By asking back, as above: nearly no zone knows of leap seconds.
 std::int64_t fromUtc(std::int64_t plain) {
-  std::tm fields = toPlainFields(plain);
+  std::tm fields;
+  if (toUtc(plain, fields) && areAt(plain, fields)) return plain;
+  fields = toPlainFields(plain);
   return timegm(&fields);
 }
 
