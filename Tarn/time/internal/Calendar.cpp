@@ -3,7 +3,6 @@
 #include "Tarn/time/internal/Calendar.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 
 #include "Tarn/platform/Platform.h"
@@ -20,16 +19,13 @@ std::int64_t floorDivide(std::int64_t number, std::int64_t divisor) {
   return number / divisor - (number % divisor < 0 ? 1 : 0);
 }
 
-// Days since 1970-01-01 of the first of a month, counted from January of the year 0.
+// Days since 1970-01-01 of the first of a month, counted from January of the year 0. Years begin in March here, so that
+// the day that leap years have more is their last one.
 std::int64_t daysOfMonth(std::int64_t month) {
-  constexpr std::int64_t kMonthsPerEra = 4800;  // After which the calendar repeats itself.
-  constexpr std::int64_t kDaysPerEra = 146097;
-  const std::int64_t era = floorDivide(month, kMonthsPerEra);
-  const auto monthOfEra = static_cast<int>(month - era * kMonthsPerEra);
-  const std::chrono::year_month_day first{std::chrono::year(monthOfEra / 12),
-                                          std::chrono::month(static_cast<unsigned>(monthOfEra % 12 + 1)),
-                                          std::chrono::day(1)};
-  return era * kDaysPerEra + std::chrono::sys_days(first).time_since_epoch().count();
+  const std::int64_t year = floorDivide(month - 2, 12);
+  const std::int64_t monthOfYear = month - 2 - year * 12;
+  const std::int64_t leapDays = floorDivide(year, 4) - floorDivide(year, 100) + floorDivide(year, 400);
+  return year * 365 + leapDays + (monthOfYear * 153 + 2) / 5 - 719468;
 }
 
 // What setting never converts: a day at either end, so that no zone takes the result out of the range.
