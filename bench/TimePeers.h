@@ -49,8 +49,15 @@ inline std::array<int, 7> numbersOf(std::string_view text) {
   return numbers;
 }
 
-// A local time from year to millisecond, with both clocks asked, whose difference a `Time` keeps.
-inline Milliseconds byMktime(const std::array<int, 7>& numbers) {
+// Both clocks, whose difference a `Time` keeps.
+inline void askClocks() {
+  benchmark::DoNotOptimize(std::chrono::system_clock::now().time_since_epoch() -
+                           std::chrono::steady_clock::now().time_since_epoch());
+}
+
+// A time from year to millisecond by `std::mktime`, or by `timegm` with an offset, with both clocks asked.
+template <auto kMake = std::mktime>
+Milliseconds byMktime(const std::array<int, 7>& numbers, int offset = 0) {
   const auto& [year, month, day, hour, minute, second, millisecond] = numbers;
   std::tm fields{};
   fields.tm_year = year - 1900;
@@ -60,9 +67,19 @@ inline Milliseconds byMktime(const std::array<int, 7>& numbers) {
   fields.tm_min = minute;
   fields.tm_sec = second;
   fields.tm_isdst = -1;
-  benchmark::DoNotOptimize(std::chrono::system_clock::now().time_since_epoch() -
-                           std::chrono::steady_clock::now().time_since_epoch());
-  return {std::mktime(&fields) * 1000 + millisecond};
+  askClocks();
+  return {(kMake(&fields) - offset) * 1000 + millisecond};
+}
+
+// What a time from local fields takes at least where only the runtime knows the zone: a conversion to learn the offset,
+// and one to learn whether it holds where it leads to.
+inline std::time_t byTwoConversions(std::time_t plain) {
+  std::tm fields;
+  localtime_r(&plain, &fields);
+  plain -= fields.tm_gmtoff;
+  localtime_r(&plain, &fields);
+  askClocks();
+  return plain + fields.tm_sec;
 }
 
 inline const cctz::time_zone& localZone() {

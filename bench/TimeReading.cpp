@@ -21,23 +21,34 @@ auto poolOf(Make make) {
   return pool;
 }
 
+// What all reading of local fields has to do at least, at about the times that it gives.
+template <class Read>
+auto twoConversions(Read read) {
+  return [read](const auto& input) {
+    return [plain = static_cast<std::time_t>(read(input).getLastTime())] { return bench::byTwoConversions(plain); };
+  };
+}
+
 // A reading of texts beside their numbers by hand, put in order, with either conversion.
 template <class Write, class Read, class Order>
 void compareReading(const char* name, Write write, Read read, Order order) {
   bench::comparePool(name, poolOf(write), read)
+      .limit("two conversions, clocks", twoConversions(read))
       .peer("digits, mktime, clocks", [order](const std::string& text) { return bench::byMktime(order(text)); })
       .peer("digits and cctz", [order](const std::string& text) { return bench::byCctz(order(text)); });
 }
 
+// Times that are there already are set and read: making one asks both clocks, too.
 void registerFields() {
   const auto fields = [](const Time& time) { return bench::numbersOf(Tarn::isoText(time)); };
-  bench::comparePool("setTime of fields", poolOf(fields),
-                     [](const Numbers& numbers) {
-                       Time time;
-                       std::apply([&time](auto... number) { time.setTime(number...); }, numbers);
-                       return time;
-                     })
-      .peer("mktime, clocks", bench::byMktime)
+  const auto set = [](const Numbers& numbers) {
+    static Time time;
+    std::apply([](auto... number) { time.setTime(number...); }, numbers);
+    return time;
+  };
+  bench::comparePool("setTime of fields", poolOf(fields), set)
+      .limit("two conversions, clocks", twoConversions(set))
+      .peer("mktime, clocks", [](const Numbers& numbers) { return bench::byMktime(numbers); })
       .peer("cctz", [](const Numbers& numbers) { return bench::byCctz(numbers); });
 }
 
@@ -50,7 +61,7 @@ void registerTexts() {
   compareReading(
       "time from a text", bench::written<Time>,
       [](const std::string& text) {
-        Time time;
+        static Time time;
         Tarn::ValueReader reader(text);
         reader >> time;
         return time;
@@ -64,10 +75,17 @@ void registerTexts() {
   compareReading(
       "parseTime of local time", [](const Time& time) { return Tarn::isoText(time).substr(0, 23); }, parse,
       bench::numbersOf);
+  const auto offsetOf = [](std::string_view text) {
+    const Numbers offset = bench::numbersOf(text.substr(24));
+    return offset[0] * 3600 + offset[1] * 60;
+  };
   bench::comparePool("parseTime with an offset", poolOf(Tarn::isoText), parse)
-      .peer("digits and cctz", [](const std::string& text) {
-        const Numbers offset = bench::numbersOf(std::string_view(text).substr(24));
-        return bench::byCctz(bench::numbersOf(text), cctz::utc_time_zone(), offset[0] * 3600 + offset[1] * 60);
+      .peer("digits, timegm, clocks",
+            [offsetOf](const std::string& text) {
+              return bench::byMktime<timegm>(bench::numbersOf(text), offsetOf(text));
+            })
+      .peer("digits and cctz", [offsetOf](const std::string& text) {
+        return bench::byCctz(bench::numbersOf(text), cctz::utc_time_zone(), offsetOf(text));
       });
 }
 
