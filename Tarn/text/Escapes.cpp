@@ -202,16 +202,17 @@ const char* findMalformed(const char* at, const char* end, bool unicodeEscapes) 
   return end;
 }
 
-// Copies the text in front of the next backslash to `out`, which is elsewhere and has room for all that is left, moves
-// `at` there and gives the end of the copy.
-char* copyPlain(const char*& at, const char* end, char* out) {
-  for (; end - at >= internal::kBlockSize; at += internal::kBlockSize, out += internal::kBlockSize) {
+// Copies the text in front of the next backslash to `out`, which is elsewhere and has room for all that is left and a
+// block, moves `at` there and gives the end of the copy. The text goes on behind its end, up to `readable`.
+char* copyPlain(const char*& at, const char* end, const char* readable, char* out) {
+  for (; readable - at >= internal::kBlockSize; at += internal::kBlockSize, out += internal::kBlockSize) {
     const auto block = internal::Block::load(at);
     const auto found = decltype(kBackslash)::in(block);
     block.store(out);
-    if (found.any()) {
-      at += found.first();
-      return out + found.first();
+    if (found.any() || end - at < internal::kBlockSize) {
+      const auto size = std::min(static_cast<std::ptrdiff_t>(found.first()), end - at);
+      at += size;
+      return out + size;
     }
   }
   while (at != end && *at != '\\') *out++ = *at++;
@@ -240,18 +241,18 @@ char* movePlain(const char*& at, const char* end, char* out) {
   return out;
 }
 
-// Unescapes a text to `out`, up to its end or a malformed escape, to which it moves `at`. Returns the end of the
-// output.
+// Unescapes a text to `out`, up to its end or a malformed escape.
 template <class PutPlain>
-char* unescape(const char*& at, const char* end, char* out, bool unicodeEscapes, PutPlain putPlain) {
+internal::Transcoded<char> unescape(const char* at, const char* end, char* out, bool unicodeEscapes,
+                                    PutPlain putPlain) {
   while ((out = putPlain(at, end, out), at != end)) {
     do {
       char* const behind = takeEscape(at, end, out, unicodeEscapes);
-      if (behind == nullptr) return out;
+      if (behind == nullptr) return {at, out};
       out = behind;
     } while (at != end && *at == '\\');
   }
-  return out;
+  return {at, out};
 }
 
 // The end of an unescaped text; or the first malformed escape, and the text is as it was.
@@ -260,15 +261,21 @@ struct Unescaped {
   const char* malformed = nullptr;
 };
 
-constexpr std::ptrdiff_t kShortText = 8192;
+// Unescapes a short text to `room`, up to its end or a malformed escape. It goes on behind its end, up to `readable`.
+internal::Transcoded<char> unescapeTo(internal::ShortText& room, const char* begin, const char* end,
+                                      const char* readable, bool unicodeEscapes) {
+  const auto putPlain = [readable](const char*& at, const char* stop, char* out) {
+    return copyPlain(at, stop, readable, out);
+  };
+  return unescape(begin, end, room.data(), unicodeEscapes, putPlain);
+}
 
 // Unescapes a short text in one pass, by way of the stack: twice as fast ("escToControls" of 64 and 4096 B).
 Unescaped unescapeShort(char* begin, const char* end, bool unicodeEscapes) {
-  std::array<char, kShortText> plain;
-  const char* at = begin;
-  const char* const plainEnd = unescape(at, end, plain.data(), unicodeEscapes, copyPlain);
+  internal::ShortText plain;
+  const auto [at, plainEnd] = unescapeTo(plain, begin, end, end, unicodeEscapes);
   if (at != end) return {.malformed = at};
-  return {.end = std::copy(static_cast<const char*>(plain.data()), plainEnd, begin)};
+  return {.end = std::copy(plain.data(), plainEnd, begin)};
 }
 
 // Unescapes a text in place, after validating all of it, 58 bytes at once: nearly twice as fast as validating escape by
@@ -276,8 +283,7 @@ Unescaped unescapeShort(char* begin, const char* end, bool unicodeEscapes) {
 Unescaped unescapeLong(char* begin, const char* end, bool unicodeEscapes) {
   const char* const malformed = findMalformed(begin, end, unicodeEscapes);
   if (malformed != end) return {.malformed = malformed};
-  const char* at = begin;
-  return {.end = unescape(at, end, begin, unicodeEscapes, movePlain)};
+  return {.end = unescape(begin, end, begin, unicodeEscapes, movePlain).out};
 }
 
 using ByteSet = std::array<bool, 256>;
@@ -311,6 +317,13 @@ void internal::appendEscaped(std::string& out, std::string_view text, bool unico
   for (Escaper escaper(text.substr(plain), unicodeEscapes); escaper.left() > 0;) out.append(escaper.next());
 }
 
+std::string_view internal::unescaped(std::string_view text, const char* readable, ShortText& room) {
+  const char* const end = text.data() + text.size();
+  const auto [at, plainEnd] = unescapeTo(room, text.data(), end, readable, true);
+  const auto size = static_cast<std::size_t>(plainEnd - room.data());
+  return at != end || size == text.size() ? text : std::string_view(room.data(), size);
+}
+
 void controlsToEsc(std::string& text, bool unicodeEscapes) {
   if (internal::findFirstOf(text, kEscaped) == kNone) return;
   Escaper escaper(text, unicodeEscapes);
@@ -330,8 +343,9 @@ int escToControls(std::string& text, bool unicodeEscapes) {
   if (backslash == kNone) return -1;
   char* const begin = text.data() + backslash;
   const char* const end = text.data() + text.size();
+  const bool isShort = text.size() - backslash <= internal::kMostShort;
   const Unescaped unescaped =
-      end - begin <= kShortText ? unescapeShort(begin, end, unicodeEscapes) : unescapeLong(begin, end, unicodeEscapes);
+      isShort ? unescapeShort(begin, end, unicodeEscapes) : unescapeLong(begin, end, unicodeEscapes);
   if (unescaped.malformed != nullptr) {
     return internal::toPosition(static_cast<std::size_t>(unescaped.malformed - text.data()));
   }

@@ -8,6 +8,7 @@
 
 #include "Tarn/text/Escapes.h"
 #include "Tarn/text/internal/Characters.h"
+#include "Tarn/text/internal/EscapeText.h"
 
 namespace Tarn {
 namespace {
@@ -62,13 +63,17 @@ void takeQuotedWord(std::istream& stream, std::string& word) {
   }
 }
 
-// Adds an entry whose value is still escaped, unless its key is there already. It is constructed in place, from views
-// where possible: a move of a string that has just been written stalls, as its stores cannot be forwarded.
+// Adds an entry whose value is still escaped, unless its key is there already; `readable` is the end of the text that
+// the value is part of. It is constructed in place, from views where possible: a move of a string that has just been
+// written stalls, as its stores cannot be forwarded.
 template <class Key>
-void addEntry(std::map<std::string, std::string>& entries, Key&& key, std::string_view value) {
+void addEntry(std::map<std::string, std::string>& entries, Key&& key, std::string_view value, const char* readable) {
+  internal::ShortText room;
+  const bool isShort = value.size() <= internal::kMostShort;
+  if (isShort) value = internal::unescaped(value, readable, room);
   const std::size_t count = entries.size();
   const auto entry = entries.emplace_hint(entries.end(), std::forward<Key>(key), value);
-  if (entries.size() > count) escToControls(entry->second, true);
+  if (!isShort && entries.size() > count) escToControls(entry->second, true);
 }
 
 // The fast path of `takeMapKey`, one search in place of four, for the usual key: quoted, without escapes and NULs.
@@ -166,10 +171,11 @@ std::optional<std::string_view> ValueReader::takeMapKey() noexcept {
 
 // Takes one entry. False where none begins.
 bool ValueReader::takeMapEntry(std::map<std::string, std::string>& entries) {
+  const char* const readable = rest_.data() + rest_.size();
   std::string_view value;
   if (const auto plainKey = takePlainKey(rest_)) {
     takeString(value);
-    addEntry(entries, *plainKey, value);
+    addEntry(entries, *plainKey, value, readable);
     return true;
   }
   const std::optional<std::string_view> keyText = takeMapKey();
@@ -177,7 +183,7 @@ bool ValueReader::takeMapEntry(std::map<std::string, std::string>& entries) {
   std::string key(*keyText);
   escToControls(key, true);
   takeString(value);
-  addEntry(entries, std::move(key), value);
+  addEntry(entries, std::move(key), value, readable);
   return true;
 }
 
