@@ -25,7 +25,7 @@ inline constexpr bool kHasNoReader = false;  // Depends on T, so that the assert
 
 // Whether a number begins right here, as it mostly does: then nothing has to be searched.
 constexpr bool beginsWithNumber(std::string_view text) noexcept {
-  return !text.empty() && (('0' <= text.front() && text.front() <= '9') || text.front() == '-');
+  return !text.empty() && '-' <= text.front() && text.front() <= '9' && text.front() != '/';
 }
 
 // To where a value begins, mostly here or behind one space. False if there is none.
