@@ -1,4 +1,5 @@
-// How a `ValueReader` reads numbers: floating-point ones, what streams read, and why it need not look at digits twice.
+// How a `ValueReader` reads numbers: floating-point ones, what streams read, and why no read looks at the digits of
+// another again.
 #include <algorithm>
 #include <charconv>
 #include <limits>
@@ -79,17 +80,45 @@ struct FloatText {
   const char* stop;
 };
 
+// The largest number of a type, as a `double`.
+template <class T>
+inline constexpr double kLargest = [] {
+  if constexpr (std::numeric_limits<T>::max_exponent10 > std::numeric_limits<double>::max_exponent10) {
+    return std::numeric_limits<double>::infinity();
+  } else {
+    return static_cast<double>(std::numeric_limits<T>::max());
+  }
+}();
+
+// Whether the standard library converts numbers of a type without a stream, and exactly.
+#if __cpp_lib_to_chars >= 201611L
+template <class T>
+inline constexpr bool kHasFromChars = !std::same_as<T, long double>;
+#else
+template <class T>
+inline constexpr bool kHasFromChars = false;
+#endif
+
+// The fast path of `extractFloat`, which looks at the digits once ("double read"): converts the usual number, in range
+// and with no malformed exponent behind it, and gives its end. Nothing for any other text.
+template <class T>
+const char* convertUsual(const char* begin, const char* end, T& number) {
+  if constexpr (kHasFromChars<T>) {
+    if (begin == end || !(*begin == '.' || internal::isOf(*begin, internal::kDigit))) return nullptr;  // As "inf" does.
+    const auto [stop, error] = std::from_chars(begin, end, number);
+    if (error == std::errc() && (stop == end || (*stop | 0x20) != 'e')) return stop;
+  }
+  return nullptr;
+}
+
 // Converts a well-formed text without a sign. Nothing if the number is out of the type's range.
 template <class T>
 std::optional<T> convert(std::string_view text) {
-#if __cpp_lib_to_chars >= 201611L
-  if constexpr (!std::same_as<T, long double>) {
-    T number{};
+  T number{};
+  if constexpr (kHasFromChars<T>) {
     const std::errc error = std::from_chars(text.data(), text.data() + text.size(), number).ec;
     return error == std::errc() ? std::optional(number) : std::nullopt;
   }
-#endif
-  T number{};
   ViewStream stream(text);
   stream.exceptions(std::ios::badbit);  // Streams swallow the exception of a failed allocation otherwise.
   stream >> number;
@@ -119,21 +148,25 @@ ValueReader::Extraction ValueReader::extractByStream(void (*read)(std::istream& 
 // As a stream does it: accumulates all that could belong to a number, and takes it if it is one.
 template <class T>
 ValueReader::Extraction ValueReader::extractFloat(T& value) {
-  using Limits = std::numeric_limits<T>;
-  constexpr double kLargest = [] {
-    if constexpr (Limits::max_exponent10 > std::numeric_limits<double>::max_exponent10) {
-      return std::numeric_limits<double>::infinity();
-    } else {
-      return static_cast<double>(Limits::max());
-    }
-  }();
   const bool negative = rest_.front() == '-';
   const char* const digits = rest_.data() + (negative || rest_.front() == '+' ? 1 : 0);
   const bool isMalformed = noFloats_.largest == 0;
-  if (digits < noFloats_.before && (isMalformed || kLargest <= noFloats_.largest)) {
-    value = isMalformed ? T{0} : negative ? Limits::lowest() : Limits::max();
+  if (digits < noFloats_.before && (isMalformed || kLargest<T> <= noFloats_.largest)) {
+    value = isMalformed ? T{0} : negative ? std::numeric_limits<T>::lowest() : std::numeric_limits<T>::max();
     return {0, false, true};
   }
+  const char* const end = rest_.data() + rest_.size();
+  T usual{};
+  const char* const stop = convertUsual(digits, end, usual);
+  if (stop == nullptr) return extractUnusualFloat(value, digits);
+  value = negative ? -usual : usual;
+  return {static_cast<std::size_t>(stop - rest_.data()), stop == end, false};
+}
+
+// The same for any text.
+template <class T>
+ValueReader::Extraction ValueReader::extractUnusualFloat(T& value, const char* digits) {
+  using Limits = std::numeric_limits<T>;
   const char* const end = rest_.data() + rest_.size();
   const FloatText text(digits, end);
   Extraction found{static_cast<std::size_t>(text.stop - rest_.data()), text.stop == end, false};
@@ -148,11 +181,11 @@ ValueReader::Extraction ValueReader::extractFloat(T& value) {
     found.failed = text.isAtLeastOne();
     magnitude = found.failed ? Limits::max() : T{0};
   }
-  value = negative ? -*magnitude : *magnitude;
+  value = rest_.front() == '-' ? -*magnitude : *magnitude;
   if (!found.failed || found.atEnd) return found;
   const std::ptrdiff_t exponent = text.stop != text.exponent ? text.exponentValue() : 0;
   const std::ptrdiff_t most = std::max<std::ptrdiff_t>(Limits::max_exponent10 + 1 - exponent, 0);
-  noFloats_ = tooLarge(digits, text.point, most, kLargest);
+  noFloats_ = tooLarge(digits, text.point, most, kLargest<T>);
   return found;
 }
 

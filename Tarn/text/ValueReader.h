@@ -163,6 +163,8 @@ class ValueReader {
   TARN_API Extraction extract(long double& value);
   template <class T>
   Extraction extractFloat(T& value);
+  template <class T>
+  Extraction extractUnusualFloat(T& value, const char* digits);
   TARN_API Extraction extractByStream(void (*read)(std::istream& stream, void* value), void* value) const;
 
   // Every number that begins in front of `before` is out of the range of types whose maximum is at most `largest`; if
