@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <compare>
 #include <string_view>
 
 #include "bench/Bench.h"
@@ -171,7 +172,24 @@ int year(const Input& input) { return input.time.getYear(); }
 int localYear(const Input& input) { return local(input).tm_year + 1900; }
 int cctzYear(const Input& input) { return localByCctz(input).tm_year + 1900; }
 
+using Pair = std::pair<Input, Input>;
+
+// The order of what clocks show, to the millisecond.
+int orderByLocaltime(const Pair& pair) {
+  const auto shown = [](const Input& input) {
+    const std::tm t = local(input);
+    return std::array{t.tm_year, t.tm_mon, t.tm_mday, t.tm_hour, t.tm_min, t.tm_sec, input.millisecond};
+  };
+  const auto order = shown(pair.first) <=> shown(pair.second);
+  return order < 0 ? -1 : order > 0 ? 1 : 0;
+}
+
 void registerFields() {
+  std::vector<Pair> pairs;
+  for (const Input& input : pool()) pairs.emplace_back(pairs.empty() ? input : pairs.back().second, input);
+  comparePool("time compare", pairs, [](const Pair& pair) {
+    return Time::compare(pair.first.time, pair.second.time);
+  }).peer("localtime_r", orderByLocaltime);
   comparePool("time getter", pool(), year).peer("localtime_r", localYear).peer("cctz", cctzYear);
   comparePool("time getter, two threads", pool(), year)
       .threads(2)
