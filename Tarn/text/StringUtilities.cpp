@@ -19,6 +19,7 @@ namespace {
 
 using internal::isOf;
 using internal::toPosition;
+using internal::untilNul;
 
 // Whether a search may begin at `start`.
 bool isInside(std::string_view text, int start) { return start >= 0 && static_cast<std::size_t>(start) < text.size(); }
@@ -28,9 +29,6 @@ int findClass(std::string_view text, Class sought, int start) {
   if (!isInside(text, start)) return -1;
   return toPosition(internal::findFirstOf(text, sought, static_cast<std::size_t>(start)));
 }
-
-// The text before its first NUL.
-std::string_view untilNul(std::string_view text) { return text.substr(0, text.find('\0')); }
 
 // Replaces by moving the kept pieces together, within the text. Needs `to` to be no longer than `from`.
 template <class Text, class Find>
@@ -195,9 +193,12 @@ int internal::findValidNumberChar(std::string_view text, int start) { return fin
 int findValidNumberChar(const std::string& text, int start) { return internal::findValidNumberChar(text, start); }
 
 int internal::findLastOf(std::string_view text, std::string_view needle) {
-  const std::string_view sought = untilNul(needle);
-  if (sought.empty()) return -1;
-  return toPosition(findLast(untilNul(text), sought));
+  if (needle.empty() || needle.front() == '\0') return -1;
+  std::size_t found = findLast(text, needle);
+  // Mostly a needle holds no NUL, and one that is found need not be searched for it: where there is a NUL in the
+  // needle, there is one in the text, behind the last place for what precedes it.
+  if (found == kNone && needle.find('\0') != kNone) found = findLast(text, untilNul(needle));
+  return toPosition(found);
 }
 
 int findLastOf(const std::string& text, const std::string& needle) { return internal::findLastOf(text, needle); }

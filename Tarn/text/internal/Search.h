@@ -8,7 +8,9 @@
 #define TARN_TEXT_INTERNAL_SEARCH_H_
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <new>
 #include <string>
 #include <string_view>
@@ -172,18 +174,52 @@ class Finder {
   std::vector<std::size_t> borders_;
 };
 
-// The position of a needle's last occurrence, or npos. The needle is not empty.
-inline std::size_t findLast(std::string_view text, std::string_view needle) noexcept {
-  const Backwards characters(text);
-  const Backwards sought(needle);
-  std::size_t found = kNone;
-  if (text.size() >= 2 * kBlockSize) {
-    found = Finder<Backwards>(sought, text.size()).find(characters, 0);
-  } else {  // A loop is faster, up to there.
-    for (std::size_t at = 0; at + needle.size() <= text.size() && found == kNone; ++at) {
-      if (endsMatch(characters, sought, at) && matchesAt(characters, sought, at)) found = at;
+// The text before its first NUL.
+inline std::string_view untilNul(std::string_view text) { return text.substr(0, text.find('\0')); }
+
+// A bit for each position where the needle may stand, the lowest for the first, in front of the text's first NUL. The
+// text has up to 32 bytes and is no shorter than the needle. No branch depends on its characters, as they cannot be
+// foreseen.
+inline std::uint32_t candidatesIn(std::string_view text, std::string_view needle) {
+  const std::size_t toBack = needle.size() - 1;
+  if (text.size() < kBlockSize) {
+    std::uint32_t candidates = 0;
+    for (std::size_t at = 0; at + toBack < text.size() && text[at] != '\0'; ++at) {
+      const bool isFront = text[at] == needle.front();
+      const bool isBack = text[at + toBack] == needle.back();
+      candidates |= static_cast<std::uint32_t>(isFront && isBack) << at;
     }
+    return candidates;
   }
+  const std::size_t second = text.size() - kBlockSize;  // Where the second block begins, which may overlap the first.
+  const auto bitsOf = [&](char character) {
+    const auto bitsAt = [&](std::size_t at) { return (Block::load(text.data() + at) == Block::of(character)).bits(); };
+    return bitsAt(0) | bitsAt(second) << second;
+  };
+  return bitsOf(needle.front()) & bitsOf(needle.back()) >> toBack & (bitsOf('\0') - 1);
+}
+
+// `findLast` in such a text.
+inline std::size_t findLastInShort(std::string_view text, std::string_view needle) noexcept {
+  std::uint32_t candidates = candidatesIn(text, needle);
+  while (candidates != 0) {
+    const auto at = static_cast<std::size_t>(std::bit_width(candidates)) - 1;
+    // By a loop: callers make needles from constants, and bytes that were stored in parts are late when loaded at once.
+    std::size_t size = 1;
+    while (size < needle.size() && text[at + size] == needle[size]) ++size;
+    if (size == needle.size()) return at;
+    candidates ^= std::uint32_t{1} << at;
+  }
+  return kNone;
+}
+
+// The position of the last occurrence that begins in front of the text's first NUL, or npos. The needle is not empty
+// and does not begin with a NUL.
+inline std::size_t findLast(std::string_view text, std::string_view needle) noexcept {
+  if (text.size() < needle.size()) return kNone;
+  if (text.size() <= 2 * kBlockSize) return findLastInShort(text, needle);
+  text = untilNul(text);
+  const std::size_t found = Finder<Backwards>(Backwards(needle), text.size()).find(Backwards(text), 0);
   return found == kNone ? kNone : text.size() - found - needle.size();
 }
 
