@@ -19,7 +19,6 @@ namespace {
 
 using internal::isOf;
 using internal::toPosition;
-using internal::untilNul;
 
 // Whether a search may begin at `start`.
 bool isInside(std::string_view text, int start) { return start >= 0 && static_cast<std::size_t>(start) < text.size(); }
@@ -176,7 +175,10 @@ bool isAlphaNum(const char& character) { return isOf(character, internal::kAlpha
 
 bool isValidNumberChar(const char& character) { return isOf(character, internal::kNumberChar); }
 
-bool internal::isAscii(std::string_view text) { return findFirstOf(text, kNonAscii) == kNone; }
+bool internal::isAscii(std::string_view text) {
+  const char* const end = text.data() + text.size();
+  return findFirst(skipFourBlocks(text.data(), end, kNonAscii), end, kNonAscii) == end;
+}
 
 bool isAscii(const std::string& text) { return internal::isAscii(text); }
 

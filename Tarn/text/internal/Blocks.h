@@ -235,6 +235,14 @@ struct OneByte {
   }
 };
 
+// Skips four blocks at once while none of their bytes is of the class.
+template <class B = Block, class Class>
+const char* skipFourBlocks(const char* at, const char* end, Class sought) {
+  const auto maskAt = [&](std::ptrdiff_t block) { return sought.in(B::load(at + block * kBlockSize)); };
+  while (end - at >= 4 * kBlockSize && !(maskAt(0) | maskAt(1) | maskAt(2) | maskAt(3)).any()) at += 4 * kBlockSize;
+  return at;
+}
+
 // The first byte of the class, or the end.
 template <class B = Block, class Class>
 const char* findFirst(const char* at, const char* end, Class sought) {
