@@ -94,23 +94,25 @@ std::size_t findStopInBlocks(std::string_view a, std::string_view b) {
   constexpr std::size_t kSize = internal::kBlockSize;
   const std::size_t size = std::min(a.size(), b.size());
   if (size < kSize) return findStop(a, b);
-  // Zero where a stop is.
-  const auto blockAt = [&](std::size_t at) {
-    const auto block = Block::load(a.data() + at);
-    return block & sameLetters(block, Block::load(b.data() + at));
+  const auto blockAt = [a](std::size_t at) { return Block::load(a.data() + at); };
+  const auto differencesAt = [&](std::size_t at) { return differentLetters(blockAt(at), Block::load(b.data() + at)); };
+  const auto stops = [zero = Block::of(0)](Block block, Block differences) {
+    return (block & (differences == zero)) == zero;
   };
-  const auto stopsOf = [](Block block) { return block.in<internal::ByteRange{0, 0}>(); };
   const std::size_t last = size - kSize;
   std::size_t at = 0;
   for (; last - at >= 4 * kSize; at += 4 * kSize) {
-    const Block half = lesser(blockAt(at), blockAt(at + kSize));
-    if (stopsOf(lesser(half, lesser(blockAt(at + 2 * kSize), blockAt(at + 3 * kSize)))).any()) break;
+    const Block least =
+        lesser(lesser(blockAt(at), blockAt(at + kSize)), lesser(blockAt(at + 2 * kSize), blockAt(at + 3 * kSize)));
+    const Block differences =
+        differencesAt(at) | differencesAt(at + kSize) | differencesAt(at + 2 * kSize) | differencesAt(at + 3 * kSize);
+    if (stops(least, differences).any()) break;
   }
   for (; at < last; at += kSize) {
-    const Block stops = stopsOf(blockAt(at));
-    if (stops.any()) return at + stops.first();
+    const Block found = stops(blockAt(at), differencesAt(at));
+    if (found.any()) return at + found.first();
   }
-  return last + stopsOf(blockAt(last)).first();  // This block overlaps the one before.
+  return last + stops(blockAt(last), differencesAt(last)).first();  // This block overlaps the one before.
 }
 
 // Characters compare by their codes, and the end of a text comes before all.

@@ -64,10 +64,10 @@ class PlainBlock {
     return combine(*this, *this,
                    [](unsigned x, unsigned) { return kRange.first <= x && x <= kRange.last ? 0xFFU : 0U; });
   }
-  // Which bytes are the same but for letter case.
-  friend PlainBlock sameLetters(const PlainBlock& a, const PlainBlock& b) {
+  // Not zero, though no mask, where bytes differ in more than letter case.
+  friend PlainBlock differentLetters(const PlainBlock& a, const PlainBlock& b) {
     const auto lower = [](unsigned x) { return 'A' <= x && x <= 'Z' ? x + ('a' - 'A') : x; };
-    return combine(a, b, [lower](unsigned x, unsigned y) { return lower(x) == lower(y) ? 0xFFU : 0U; });
+    return combine(a, b, [lower](unsigned x, unsigned y) { return lower(x) ^ lower(y); });
   }
 
   // Of a mask: whether a byte is set in it, the position of the first one, or 16, and that behind the last one, or 0.
@@ -113,7 +113,11 @@ class Block {
   friend Block operator==(Block a, Block b) { return _mm_cmpeq_epi8(a.bytes_, b.bytes_); }
   friend Block operator&(Block a, Block b) { return _mm_and_si128(a.bytes_, b.bytes_); }
   friend Block operator|(Block a, Block b) { return _mm_or_si128(a.bytes_, b.bytes_); }
-  friend Block lesser(Block a, Block b) { return _mm_subs_epu8(a.bytes_, _mm_subs_epu8(a.bytes_, b.bytes_)); }
+  friend Block lesser(Block a, Block b) {
+    const auto x = reinterpret_cast<Bytes>(a.bytes_);
+    const auto y = reinterpret_cast<Bytes>(b.bytes_);
+    return reinterpret_cast<__m128i>(x < y ? x : y);
+  }
 
   template <ByteRange kRange>
   [[nodiscard]] Block in() const {
@@ -121,7 +125,6 @@ class Block {
       return *this == of(static_cast<char>(kRange.first));
     } else {
       // SSE2 compares signed bytes. One comparison will do when the range begins at the least of them, 0x80.
-      using Bytes = unsigned char __attribute__((vector_size(kBlockSize)));  // To be added modulo 256.
       constexpr auto kShift = static_cast<unsigned char>(0x80 - kRange.first);
       constexpr int kBehind = SCHAR_MIN + kRange.last - kRange.first + 1;
       static_assert(kBehind <= SCHAR_MAX, "a range of all bytes is none");
@@ -129,11 +132,10 @@ class Block {
       return _mm_cmplt_epi8(reinterpret_cast<__m128i>(shifted), of(static_cast<char>(kBehind)).bytes_);
     }
   }
-  friend Block sameLetters(Block a, Block b) {
+  friend Block differentLetters(Block a, Block b) {
     const Block caseBit = of(0x20);
     const Block letterCase = (a | caseBit).in<ByteRange{'a', 'z'}>() & caseBit;
-    const __m128i difference = _mm_xor_si128(a.bytes_, b.bytes_);
-    return _mm_cmpeq_epi8(_mm_andnot_si128(letterCase.bytes_, difference), _mm_setzero_si128());
+    return _mm_andnot_si128(letterCase.bytes_, _mm_xor_si128(a.bytes_, b.bytes_));
   }
 
   [[nodiscard]] bool any() const { return bits() != 0; }
@@ -142,6 +144,8 @@ class Block {
   [[nodiscard]] std::size_t behindLast() const { return static_cast<std::size_t>(std::bit_width(bits())); }
 
  private:
+  using Bytes = unsigned char __attribute__((vector_size(kBlockSize)));  // Unsigned, with operators.
+
   Block(__m128i bytes) : bytes_(bytes) {}
 
   __m128i bytes_;
@@ -164,11 +168,10 @@ class Block {
   [[nodiscard]] Block in() const {
     return vcleq_u8(vsubq_u8(bytes_, vdupq_n_u8(kRange.first)), vdupq_n_u8(kRange.last - kRange.first));
   }
-  friend Block sameLetters(Block a, Block b) {
+  friend Block differentLetters(Block a, Block b) {
     const Block caseBit = of(0x20);
     const Block letterCase = (a | caseBit).in<ByteRange{'a', 'z'}>() & caseBit;
-    const uint8x16_t difference = veorq_u8(a.bytes_, b.bytes_);
-    return vceqzq_u8(vbicq_u8(difference, letterCase.bytes_));
+    return vbicq_u8(veorq_u8(a.bytes_, b.bytes_), letterCase.bytes_);
   }
 
   [[nodiscard]] bool any() const { return vmaxvq_u8(bytes_) != 0; }
