@@ -29,18 +29,34 @@ void widenBlock(const char* from, wchar_t* out) {
   std::copy(bytes.begin(), bytes.end(), out);
 }
 
+// Decodes a long text piece by piece, each into room that has just been made: the processor's cache still holds it.
 std::wstring decoded(std::string_view text) {
   using Done = internal::Transcoded<wchar_t>;
+  constexpr std::ptrdiff_t kPiece = 4096;
   const char* const end = text.data() + text.size();
-  std::wstring result(text.size(), L'\0');  // No sequence is shorter than its character.
-  const auto putCharacter = [end](Done from) {
-    const internal::WideCharacter character = internal::decodeUtf8(from.at, end);
+  const char* const whole = end - std::min<std::size_t>(text.size(), 3);  // In front of it, no sequence is cut short.
+  const auto putCharacter = [whole, end](Done from) {
+    const internal::WideCharacter character =
+        from.at < whole ? internal::decodeUtf8(from.at) : internal::decodeUtf8(from.at, end);
     *from.out = character.value;
     return Done{from.at + character.size, from.out + 1};
   };
-  const Done done =
-      transcode(Done{text.data(), result.data()}, end, end, internal::kNonAscii, widenBlock, putCharacter);
-  result.erase(static_cast<std::size_t>(done.out - result.data()));
+  const bool isShort = text.size() <= kPiece;
+  std::wstring result(isShort ? text.size() : 0, L'\0');  // No sequence is shorter than its character.
+  std::size_t size = 0;
+  for (const char* at = text.data(); at != end;) {
+    const std::ptrdiff_t left = end - at;
+    if (!isShort) {
+      result.reserve(text.size());
+      result.resize(size + static_cast<std::size_t>(std::min(left, kPiece + 2 * internal::kBlockSize)));
+    }
+    const char* const stop = at + std::min(left, kPiece);
+    const Done done =
+        transcode(Done{at, result.data() + size}, stop, end, internal::kNonAscii, widenBlock, putCharacter);
+    at = done.at;
+    size = static_cast<std::size_t>(done.out - result.data());
+  }
+  result.erase(size);
   internal::giveBack(result);
   return result;
 }

@@ -79,7 +79,7 @@ void requireWide(const std::string& text) {
               found == expected.value_or(L""),
           "a text is decoded by its rule");
   require(!expected || wide(text) == found, "a string is decoded as its bytes are");
-  reached("a long text decoded", expected && text.size() > 1100 && found.size() < text.size());
+  reached("a long text decoded", expected && text.size() > 4200 && found.size() < text.size());
   std::string bytesBack = text;
   for (char& c : bytesBack) c = static_cast<unsigned char>(c) < 0x80 ? c : '?';
   const std::string narrowed = narrow(found, '?');

@@ -2,6 +2,8 @@
 #ifndef TARN_TEXT_INTERNAL_TRANSCODE_H_
 #define TARN_TEXT_INTERNAL_TRANSCODE_H_
 
+#include <algorithm>
+
 #include "Tarn/text/internal/Blocks.h"
 
 namespace Tarn::internal {
@@ -20,7 +22,8 @@ struct Transcoded {
 template <class Unit, class Class, class PutBlock, class PutSequence>
 Transcoded<Unit> transcode(Transcoded<Unit> done, const char* stop, const char* end, Class special, PutBlock putBlock,
                            PutSequence putSequence) {
-  while (done.at < stop && end - done.at >= kBlockSize) {
+  const char* const blocks = end - done.at < kBlockSize ? done.at : std::min(stop, end - (kBlockSize - 1));
+  while (done.at < blocks) {
     const Block found = special.in(Block::load(done.at));
     putBlock(done.at, done.out);
     if (!found.any()) {

@@ -3,7 +3,6 @@
 #define TARN_TEXT_INTERNAL_UTF8_H_
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <stdexcept>
 
@@ -14,27 +13,33 @@ struct WideCharacter {
   std::ptrdiff_t size;  // in bytes
 };
 
-// Decodes the sequence at the front of four bytes to the low 16 bits of its code point. Continuation bytes are not
-// validated.
-inline WideCharacter decodeUtf8(const char* bytes) {
-  const auto lowBits = [bytes](int at) { return static_cast<unsigned char>(bytes[at]) & 0x3FU; };
-  const unsigned lead = static_cast<unsigned char>(bytes[0]);
-  const unsigned two = lead << 6U | lowBits(1);
-  const unsigned three = two << 6U | lowBits(2);
-  if (0xE0 <= lead && lead < 0xF0) return {static_cast<char16_t>(three), 3};
-  if (0xC0 <= lead && lead < 0xE0) return {static_cast<char16_t>(two & 0x7FFU), 2};
+// Decodes a sequence, of which `byteAt` gives each byte, to the low 16 bits of its code point. Continuation bytes are
+// not validated.
+template <class ByteAt>
+inline WideCharacter decodeUtf8By(ByteAt byteAt) {
+  const auto valueAt = [byteAt](std::ptrdiff_t at) { return unsigned{static_cast<unsigned char>(byteAt(at))}; };
+  const auto lowBits = [valueAt](std::ptrdiff_t at) { return valueAt(at) & 0x3FU; };
+  const unsigned lead = valueAt(0);
+  const auto two = [&] { return lead << 6U | lowBits(1); };
+  const auto three = [&] { return two() << 6U | lowBits(2); };
+  if (0xE0 <= lead && lead < 0xF0) return {static_cast<char16_t>(three()), 3};
+  if (0xC0 <= lead && lead < 0xE0) return {static_cast<char16_t>(two() & 0x7FFU), 2};
   if (lead < 0x80) return {static_cast<char16_t>(lead), 1};
   if (lead < 0xF0 || lead > 0xF7) throw std::invalid_argument("Invalid UTF-8 byte encountered.");
-  return {static_cast<char16_t>(three << 6U | lowBits(3)), 4};
+  return {static_cast<char16_t>(three() << 6U | lowBits(3)), 4};
+}
+
+// Decodes the sequence at the front of four bytes.
+inline WideCharacter decodeUtf8(const char* bytes) {
+  return decodeUtf8By([bytes](std::ptrdiff_t at) { return bytes[at]; });
 }
 
 // Decodes the sequence that begins a text, which is not empty. Bytes missing at its end count as zero.
 inline WideCharacter decodeUtf8(const char* at, const char* end) {
-  if (end - at >= 4) return decodeUtf8(at);
-  std::array<char, 4> bytes{};
-  std::copy(at, end, bytes.begin());
-  const WideCharacter character = decodeUtf8(bytes.data());
-  return {character.value, std::min(character.size, end - at)};
+  const std::ptrdiff_t size = end - at;
+  if (size >= 4) return decodeUtf8(at);
+  const WideCharacter character = decodeUtf8By([at, size](std::ptrdiff_t i) { return i < size ? at[i] : '\0'; });
+  return {character.value, std::min(character.size, size)};
 }
 
 // Writes the UTF-8 of a value up to 0x10FFFF, surrogates like any other, to `out`, which has room for four bytes.
