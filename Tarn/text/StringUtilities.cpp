@@ -127,29 +127,21 @@ int compareAt(std::basic_string_view<Character> a, std::basic_string_view<Charac
 
 // Leaves of the text a part of it.
 void keepOnly(std::string& text, std::string_view part) {
-  const auto first = static_cast<std::size_t>(part.data() - text.data());
-  text.erase(first + part.size());  // First, so that less is moved to the front.
-  if (first > 0) text.erase(0, first);
+  if (part.data() != text.data()) std::copy(part.begin(), part.end(), text.begin());
+  text.erase(part.size());
 }
 
 }  // namespace
 
 std::string_view internal::trimmed(std::string_view text, bool front, bool end) {
-  constexpr std::size_t kFew = 8;  // Up to here a loop is faster than blocks, and mostly there is no more whitespace.
-  const auto isSpace = [](char character) { return isOf(character, kSpace); };
-  const char* first = text.data();
-  const char* last = first + text.size();
-  if (end) {
-    const char* const few = last - std::min(text.size(), kFew);
-    while (last != few && isSpace(last[-1])) --last;
-    if (last == few) last = findBehindLast(first, last, kNoSpace);
-  }
-  if (front) {
-    const char* const few = first + std::min(static_cast<std::size_t>(last - first), kFew);
-    while (first != few && isSpace(*first)) ++first;
-    if (first == few) first = findFirst(first, last, kNoSpace);
-  }
-  return {first, static_cast<std::size_t>(last - first)};
+  const char* const first = text.data();
+  const char* const last = first + text.size();
+  // Mostly there is nothing to trim.
+  const bool hasFront = front && !text.empty() && isOf(text.front(), kSpace);
+  const bool hasEnd = end && !text.empty() && isOf(text.back(), kSpace);
+  const char* const begin = hasFront ? findFirst(first, last, kNoSpace) : first;
+  const char* const behind = hasEnd ? findBehindLast(first, last, kNoSpace) : last;
+  return {begin, static_cast<std::size_t>(std::max(begin, behind) - begin)};  // Whitespace alone: they have crossed.
 }
 
 void ltrim(std::string& text) { keepOnly(text, internal::trimmed(text, true, false)); }
