@@ -104,7 +104,7 @@ std::size_t scanForCandidate(const Text& text, const Text& needle, std::size_t a
 // was near, the next try comes after twice as many positions.
 template <class Text>
 std::size_t findCandidate(const Text& text, const Text& needle, std::size_t at, std::size_t end) {
-  constexpr std::size_t kLeast = 64;
+  constexpr std::size_t kLeast = 256;
   for (std::size_t looks = kLeast;; looks *= 2) {
     const std::size_t stop = at + std::min(looks, end - at);
     const std::size_t found = scanForCandidate(text, needle, at, stop);
