@@ -312,9 +312,7 @@ char* internal::putEscaped(char* out, std::string_view text) {
 }
 
 void internal::appendEscaped(std::string& out, std::string_view text, bool unicodeEscapes) {
-  const std::size_t plain = std::min(findFirstOf(text, kEscaped), text.size());
-  out.append(text, 0, plain);
-  for (Escaper escaper(text.substr(plain), unicodeEscapes); escaper.left() > 0;) out.append(escaper.next());
+  for (Escaper escaper(text, unicodeEscapes); escaper.left() > 0;) out.append(escaper.next());
 }
 
 std::string_view internal::unescaped(std::string_view text, const char* readable, ShortText& room) {
