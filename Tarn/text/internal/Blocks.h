@@ -1,5 +1,5 @@
 // Sixteen bytes at once: by the SIMD instructions that every processor of its kind has, SSE2 on x86-64 and NEON on
-// 64-bit ARM, or by loops.
+// 64-bit ARM, or by loops, as with a compiler whose vectors of bytes have no operators.
 //
 // A comparison gives a mask, with 0xFF for each byte where it holds and 0 elsewhere. The three classes have the same
 // members, and `PlainBlock` defines what they do.
@@ -13,7 +13,7 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__) || defined(_M_X64)
+#if defined(__SSE2__)
 #include <emmintrin.h>
 #elif defined(__aarch64__) || defined(_M_ARM64)
 #include <arm_neon.h>
@@ -102,7 +102,7 @@ class PlainBlock {
   std::array<unsigned char, kBlockSize> bytes_;
 };
 
-#if defined(__SSE2__) || defined(_M_X64)
+#if defined(__SSE2__)
 
 class Block {
  public:
