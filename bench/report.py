@@ -125,7 +125,8 @@ def aligned(table):
 
 
 def markdown(table):
-    lines = [f"| {' | '.join(row)} |" for row in table]
+    unbroken = [[re.sub(r"(?<=\d) (?=([num]?s|%)$)", "\u00a0", cell) for cell in row] for row in table]
+    lines = [f"| {' | '.join(row)} |" for row in unbroken]
     return "\n".join([lines[0], "|---" * len(table[0]) + "|", *lines[1:]])
 
 
