@@ -1,6 +1,10 @@
 /// @file
 /// Formatters of `uuid` and `Time`, for {fmt} where it is included before this header, and for `std::format` where the
 /// standard library has it. Not part of `<Tarn/Tarn.h>`.
+///
+/// A format is the name of a text form and, behind a comma, what a text takes: `{}`, `{:short}`, `{:,>40}` and
+/// `{:getTimeStr8,>30}`. A uuid is canonical, or `short` as `toShortString`. A time is as `isoText`, or by the name of
+/// another layout.
 #ifndef TARN_FORMAT_H_
 #define TARN_FORMAT_H_
 
@@ -76,7 +80,8 @@ class TextFormatter : public Base {
   }
 
  private:
-  std::string (*text_)(const Value& value) = nullptr;
+  // Without `parse`, as elements of ranges are formatted by some versions of {fmt}, the first form.
+  std::string (*text_)(const Value& value) = textFormsOf(static_cast<const Value*>(nullptr))[0].text;
 };
 
 }  // namespace Tarn::internal

@@ -1,5 +1,5 @@
 // By {fmt}, and by the standard library's where it has one.
-#include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <gtest/gtest.h>
 
 #include "Tarn/Format.h"
@@ -25,6 +25,7 @@ TEST(Format, NamesLayouts) {
 #endif
   // [format]
   EXPECT_THROW(static_cast<void>(fmt::format(fmt::runtime("{:long}"), kId)), fmt::format_error);
+  EXPECT_EQ(fmt::format("{}", std::pair(kId, time)), fmt::format("({}, {})", kId, time));
 }
 
 }  // namespace
