@@ -15,7 +15,8 @@ using namespace Tarn;
 using namespace Tarn::DataStructures;
 
 TEST(KeyTable, TakesLists) {
-  KeyTable table({{7, "a"}, {7, "b"}, {8, "a"}, {0, ""}});
+  KeyTable table = {{7, "a"}, {7, "b"}, {8, "a"}, {0, ""}};
+  EXPECT_TRUE(KeyTable({{7, "a"}}).keyToToken("a") == 7 && KeyTable{}.getNumElements() == 0);
   table.addTable({{7, "c"}, {9, "A"}});
   EXPECT_EQ(table.getNumElements(), 4U);
   EXPECT_TRUE(table.keyToToken("a") == 7 && table.tokenToKey(8) == "a" && table.keyToToken("A") == 9);

@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <iomanip>
+#include <iterator>
 #include <set>
 #include <sstream>
 #include <unordered_set>
+#include <vector>
 
 #include "Tarn/platform/GuidFields.h"
 #include "Tarn/text/ValueReader.h"
@@ -44,6 +46,8 @@ TEST(Uuid, KnownForms) {
   std::ostringstream stream;
   stream << std::left << std::setfill('.') << std::setw(38) << id;
   EXPECT_EQ(stream.str(), "00112233-4455-6677-8899-aabbccddeeff..");
+  std::istringstream words("00112233445566778899aabbccddeeff {00112233-4455-6677-8899-AABBCCDDEEFF} ");
+  EXPECT_EQ(std::vector<uuid>(std::istream_iterator<uuid>(words), {}), std::vector<uuid>({id, id}));
 }
 
 // Base64 bit by bit: six at a time, then two characters of padding.

@@ -5,6 +5,7 @@
 
 #include <concepts>
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -55,7 +56,10 @@ class KeyTable {
   ~KeyTable() = default;
 
   /// A table filled by `addTable(entries)`.
+  /// @{
   TARN_API explicit KeyTable(const std::vector<KeyTableEntry>& entries);
+  KeyTable(std::initializer_list<KeyTableEntry> entries) : KeyTable(std::vector<KeyTableEntry>(entries)) {}
+  /// @}
 
   /// Registers a pair. A key that is registered already keeps its first token. If it throws, nothing has changed.
   /// @return false, and nothing changes, when the token is present.

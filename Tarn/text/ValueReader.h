@@ -37,8 +37,13 @@ struct JsonValue {
 TARN_API std::istream& operator>>(std::istream& stream, std::optional<std::string>& word);
 
 /// Takes one token from a stream and reads it with `parseUuid`. A token that is no uuid leaves `id` unchanged, which
-/// the stream does not tell.
+/// the stream does not tell; and a last one with nothing behind it leaves the stream failed, as above.
 TARN_API std::istream& operator>>(std::istream& stream, uuids::uuid& id);
+
+// So that it is found wherever a uuid is read, as by `std::istream_iterator`.
+namespace uuids {
+using Tarn::operator>>;
+}
 
 /// The number types that have decimal digits: every standard integer but characters and `bool`.
 template <class T>
@@ -60,7 +65,7 @@ ValueReader& operator>>(ValueReader& reader, T& value);
 ///     char                           whitespace (`findNonWS`)      one character; NUL if there is none
 ///     signed char, unsigned char     up to where a number begins   an int, its low eight bits
 ///     bool                           up to where a value begins    true, false, or one character of a number
-///     std::string, JsonValue         nothing                       a quoted string, a line, or all there is
+///     std::string, JsonValue         nothing, not a space either   a quoted string, a line, or all there is
 ///     std::map<string, string>       whitespace                    { "key"=>"value" ... }
 ///     uuids::uuid                    nothing                       what a string takes; unchanged if it is no uuid
 ///     Time                           whitespace                    day.month.year hour:minute:second:millisecond
@@ -78,6 +83,9 @@ ValueReader& operator>>(ValueReader& reader, T& value);
 ///     char space = 0;
 ///     reader >> number >> flag;  // -12, true
 ///     reader.rest();             // " \"a b\"=>c"
+///
+/// Wide text is read as a `std::string`, which `wide` decodes. To ask whether a value is there, take `tryRead`: `>>`
+/// throws.
 ///
 /// Beware: a quoted string drops what stands behind the first NUL of the whole rest, be it far behind the string. A
 /// `std::uint8_t` or `std::int8_t` is written as a character and read as a number, so it does not come back. Whoever
@@ -118,12 +126,18 @@ class ValueReader {
   /// its closing quote, any string at the end of the text, a map without its braces, a text that is no uuid, a time
   /// without one of its seven numbers.
   ///
+  ///     text << '"' << id << "\" " << size << '\n';  // How each line was written: a uuid ends where a string does.
+  ///
   ///     while (const auto line = reader.takeLine()) {
   ///       ValueReader record(*line);  // What is wrong with one line cannot reach the next.
   ///       const auto id = record.tryRead<uuids::uuid>();
   ///       const auto size = record.tryRead<int>();
   ///       if (id && size) add(*id, *size);
   ///     }
+  ///
+  /// Beware: what stands in front of a number or behind a value is not looked at, nor is whether a date exists. A minus
+  /// in front of an unsigned number wraps around, as with streams, and characters keep an int's low eight bits. A
+  /// string at the end of a line that may be empty is read by quotes, or is the `rest()`.
   ///
   /// @return nothing, and nothing is taken, if there is none. Throws nothing but what allocation or a type's own
   /// stream operator throws.
