@@ -45,6 +45,7 @@ class TARN_API IProgress {
 ///     hub.setProgress(0.5);   // prints 0.5; returns 0.5, the difference
 ///     hub.addProgress(0.25);  // prints 0.75; returns 0.75, the new value
 ///     hub.setProgress(0.75);  // prints nothing: the value stands there already
+///     hub.addProgress(0);     // tells the value: 0.75
 ///
 /// The hub owns copies of the observers for as long as it lives. An observer runs on the thread that made the change,
 /// in a copy taken for that pass, with no lock held: it may call the hub, and what it adds is called from the next

@@ -28,6 +28,8 @@ namespace Tarn::DataStructures {
 ///     table.getKey(2);         // a, the uuid of token 9
 ///     table.getNumElements();  // 2: different uuids, not tokens
 ///
+///     for (std::uint64_t i = 0; const auto key = table.getKey(i); ++i) show(table.getToken(i), *key);  // All tokens.
+///
 /// Look-ups by token and uuid take constant time on average, whatever somebody chooses, and by position logarithmic
 /// time; where one thread asks for one position after the next, at most one in sixty calls takes that, others constant
 /// time. Insertions and removals take logarithmic time, but for moving, on average, a few bytes for each thousand

@@ -26,16 +26,16 @@ template <class T>
 concept PrintFArgument = std::is_arithmetic_v<T> || internal::kIsUnscopedEnum<T> ||
     std::is_pointer_v<std::decay_t<T>> || std::same_as<T, std::nullptr_t> || std::same_as<T, std::string>;
 
-/// A text formatted as by printf, wherever a `std::string` is expected.
+/// A text of up to 999 bytes formatted as by printf, wherever a `std::string` is expected.
 ///
 ///     std::string name = PrintF("Scan%03d", 7);  // "Scan007"
 ///     log("size of " + PrintF("%s: %.1f m", name, 12.25));
 ///     std::cout << PrintF("%5.2f", 2.125);
 ///
 /// The text is formatted once, in the process's locale, and cut at 999 bytes and at the first NUL. As with printf,
-/// the format must fit the arguments: GCC and Clang check a literal one (`-Wformat`) where no argument is a
-/// `std::string`. Where one wide character cannot be converted, the whole text is empty. A plain value: threads may
-/// each use their own.
+/// the format must fit the arguments, or anything may happen: GCC and Clang check a literal one (`-Wformat`) where no
+/// argument is a `std::string`. Where one wide character cannot be converted, the whole text is empty. A plain value:
+/// threads may each use their own.
 class PrintF {
  public:
   /// The text of the format and its arguments.

@@ -27,10 +27,11 @@ using StringMap = std::map<std::string, std::string>;
 ///     char, std::string, const char*, JsonValue   their characters, unchanged
 ///     bool                                        true or false
 ///     std::map<string, string>                    { "key"=>"value" ... }, keys and values escaped (`controlsToEsc`)
-///     uuids::uuid                                 its canonical text
+///     uuids::uuid                                 its canonical text, which is read as a string is: up to a line feed
 ///     wide text                                   UTF-8
 ///     Time                                        day.month.year hour:minute:second:millisecond
-///     numbers, other types                        what a default-formatted `std::ostream` inserts
+///     numbers, other types                        what a default-formatted `std::ostream` inserts: six digits of a
+///                                                 `double`, of which `exact` keeps all
 ///
 /// Numbers are written as in the classic locale, the same on every platform.
 ///

@@ -38,7 +38,7 @@ namespace Tarn {
 [[nodiscard]] TARN_API std::wstring wide(const unsigned char* text, unsigned long long length);
 
 /// Turns each wide character into one byte, as the global locale's `std::ctype<wchar_t>` narrows it. This encodes no
-/// UTF-8; `operator<<` below does.
+/// UTF-8; `operator<<` below does, and that of `ValueText.h` on a `std::string`.
 ///
 /// In the classic locale U+0000 to U+00FF become the byte of the same value, on every platform.
 ///

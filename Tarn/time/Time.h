@@ -37,6 +37,8 @@ concept OtherInteger = std::integral<T> && !std::same_as<T, bool> && !std::same_
 ///     scan.getTimeStr8();                       // "2024-03-05 14:07:09"
 ///     if (start.isTimeOut(30.0)) giveUp();
 ///
+/// Durations are added by way of the clock: `Time(start.toTimePoint() + std::chrono::hours(1))`.
+///
 /// A plain copyable value of two doubles; only the texts allocate. Threads: as for any plain value. Changing the
 /// process's time zone while another thread converts is not safe.
 class Time {
@@ -135,6 +137,7 @@ class Time {
   ///
   /// The zone must be there, Z, z or an offset, and is ignored: the fields are local time. Lines end at line feeds
   /// only. Fields outside their ranges carry over as in `setTime`. Linear in the text; throws nothing.
+  /// For times from outside, take `parseTime`, which knows offsets and fractions.
   /// @return the time, or the epoch if no line has that form.
   [[nodiscard]] TARN_API static Time fromIsoTimeStrIgnoringTimeZone(const std::string& text);
 
@@ -159,6 +162,8 @@ class Time {
 /// The local time as `5.3.2024 14:7:9:42`: day, month, year, hour, minute, second and millisecond. Reading does not
 /// check the separators, only that there is a character where one belongs; numbers that are missing at the end, and
 /// those that no `int` holds, count as 0, and the seven go to `setTime`. `Time` can be read from a `ValueReader`, too.
+/// It comes back to the millisecond, so that `compare` gives 0; not from before 1970, nor surely from the hour that
+/// occurs twice. `isoText` keeps the instant.
 ///
 /// The two stream operators follow the stream's own formatting: with a locale that groups digits, `std::hex` or a width
 /// they write another text, which may not read back. The buffer operators write the same bytes everywhere.
@@ -180,8 +185,9 @@ TARN_API ValueReader& operator>>(ValueReader& reader, Time& time);
 /// @{
 
 /// The local time to the millisecond with its offset from UTC: `2024-03-05T14:07:09.042+01:00`, `Z` at UTC (RFC 3339).
-/// `parseTime` reads it back, in any zone. A zone of odd seconds shows the clock of the next offset of whole minutes
-/// toward UTC. Outside the calendar range all digits are zero; less than a second before it, the milliseconds are.
+/// `parseTime` reads that millisecond back, in any zone. A zone of odd seconds shows the clock of the next offset of
+/// whole minutes toward UTC. Outside the calendar range all digits are zero; less than a second before it, the
+/// milliseconds are.
 [[nodiscard]] TARN_API std::string isoText(const Time& time);
 
 /// The time that a text is, or nothing for any other text.

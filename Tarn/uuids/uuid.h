@@ -39,7 +39,7 @@ enum class uuid_version : int {
 /// A 16-byte identifier with the layout of RFC 4122; nil, all zero, unless it is given bytes.
 ///
 /// The bytes stand in the order in which the canonical text shows them, most significant first. Uuids compare byte by
-/// byte, byte 0 first, each byte as an unsigned value. `Tarn::parseUuid` makes a uuid from text.
+/// byte, byte 0 first, each byte as an unsigned value. `Tarn::parseUuid` (UuidText.h) makes a uuid from text.
 ///
 ///     uuid id = uuid::generate();
 ///     id.string();         // "00112233-4455-6677-8899-aabbccddeeff", say
