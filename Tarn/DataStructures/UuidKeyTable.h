@@ -31,13 +31,13 @@ namespace Tarn::DataStructures {
 ///     for (std::uint64_t i = 0; const auto key = table.getKey(i); ++i) show(table.getToken(i), *key);  // All tokens.
 ///
 /// Look-ups by token and uuid take constant time on average, whatever somebody chooses, and by position logarithmic
-/// time; where one thread asks for one position after the next, at most one in sixty calls takes that, others constant
-/// time. Insertions and removals take logarithmic time, but for moving, on average, a few bytes for each thousand
-/// entries, and for making room or giving memory back now and then. The memory is 60 to 100 bytes a pair; it is at most
-/// twice what a table takes that has never held another pair, but for two kilobytes, unless there was no memory to move
-/// to. Only allocation can throw, and `std::length_error` above a thousand million pairs; a table then stays as it was.
-/// Threads: any number may call const members at once; a call that changes the table must not overlap any other on the
-/// same table. A table that was moved from is empty.
+/// time; where one thread visits all positions from 0 on, most of its calls take constant time. Insertions and removals
+/// take logarithmic time, but for moving, on average, a few bytes for each thousand entries, and for making room or
+/// giving memory back now and then. The memory is 60 to 100 bytes a pair; it is at most twice what a table takes that
+/// has never held another pair, but for two kilobytes, unless there was no memory to move to. Only allocation can
+/// throw, and `std::length_error` above a thousand million pairs; a table then stays as it was. Threads: any number may
+/// call const members at once; a call that changes the table must not overlap any other on the same table. A table that
+/// was moved from is empty.
 class UuidKeyTable {
  public:
   /// An empty table, and copies. A copy that allocation keeps from being made changes nothing.

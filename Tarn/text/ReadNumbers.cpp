@@ -118,12 +118,13 @@ std::optional<T> convert(std::string_view text) {
   if constexpr (kHasFromChars<T>) {
     const std::errc error = std::from_chars(text.data(), text.data() + text.size(), number).ec;
     return error == std::errc() ? std::optional(number) : std::nullopt;
+  } else {
+    ViewStream stream(text);
+    stream.exceptions(std::ios::badbit);  // Streams swallow the exception of a failed allocation otherwise.
+    stream >> number;
+    const bool isDenormal = 0 < number && number < std::numeric_limits<T>::min();  // Some libraries call it a failure.
+    return !stream.fail() || isDenormal ? std::optional(number) : std::nullopt;
   }
-  ViewStream stream(text);
-  stream.exceptions(std::ios::badbit);  // Streams swallow the exception of a failed allocation otherwise.
-  stream >> number;
-  const bool isDenormal = 0 < number && number < std::numeric_limits<T>::min();  // Some libraries call it a failure.
-  return !stream.fail() || isDenormal ? std::optional(number) : std::nullopt;
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ ValueReader& operator>>(ValueReader& reader, T& value);
 ///     std::string, JsonValue         nothing, not a space either   a quoted string, a line, or all there is
 ///     std::map<string, string>       whitespace                    { "key"=>"value" ... }
 ///     uuids::uuid                    nothing                       what a string takes; unchanged if it is no uuid
-///     Time                           whitespace                    day.month.year hour:minute:second:millisecond
+///     Time                           up to where a value begins    day.month.year hour:minute:second:millisecond
 ///     numbers, other types           up to where a value begins    what `std::istream` extracts
 ///
 /// "Where a value begins" is the first letter, digit, plus, minus or full stop. If there is none, numbers and other

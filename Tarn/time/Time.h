@@ -28,8 +28,8 @@ concept OtherInteger = std::integral<T> && !std::same_as<T, bool> && !std::same_
 /// `isTimeOut`, which changes of the system clock do not disturb.
 ///
 /// Calendar fields and texts cover 1970-01-01 to 3000-12-31 23:59:59 UTC, on every platform. Outside, and for NaN and
-/// infinite times, getters give 0 and texts show zeros. Time zone and daylight saving time are the process's; a change
-/// of its environment is seen after `tzset()`.
+/// infinite times, getters give 0 and texts show zeros, but for milliseconds. Time zone and daylight saving time are
+/// the process's; a change of its environment is seen after `tzset()`.
 ///
 ///     Time start = Time::now();
 ///     Time scan;
@@ -117,7 +117,7 @@ class Time {
   /// @name Texts
   /// Of 2024-03-05 14:07:09.042, a Tuesday, local time at UTC+01:00. All but `getTimeStr9` show local time, all but
   /// `getTimeStr4` are exact to the second. Words are those of the process's time locale. Outside the calendar range
-  /// all digits are zero, and the two texts with words are empty.
+  /// all digits but milliseconds are zero, and the two texts with words are empty.
   /// @{
   [[nodiscard]] TARN_API std::string getTimeStr() const;     ///< The locale's own date and time ("%c").
   [[nodiscard]] TARN_API std::string getTimeStr2() const;    ///< 05.03.2024 at 14:07:09

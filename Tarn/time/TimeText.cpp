@@ -1,6 +1,6 @@
 // Layouts of digits are written here, which is faster than the runtime and the same on every platform: a layout is a
-// text of zeros, in whose places the digits are put, and which stays as it is outside the calendar range. Only the two
-// with words, which depend on the locale, are the runtime's.
+// text of zeros, in whose places the digits are put. Outside the calendar range the zeros stay, but for milliseconds.
+// Only the two with words, which depend on the locale, are the runtime's.
 #include <algorithm>
 #include <array>
 #include <charconv>

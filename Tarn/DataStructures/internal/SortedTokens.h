@@ -8,13 +8,14 @@
 //
 // A position is found by the counts, a Fenwick tree: that of block number n, counted from 1, is the number of tokens in
 // the n & -n blocks that end with it. A token's place is found by binary search, among the blocks' beginnings and then
-// in the block. So both take logarithmic time. Who asks for one position after the other has each block searched for
-// once: the last one whose first token was asked for is remembered. An insertion or a removal moves part of a block
-// besides; one in half a block's worth of them splits or joins blocks, which moves the lists behind them, less than a
-// byte of them for each token.
+// in the block. So both take logarithmic time. Who visits all positions from the first on has each block searched for
+// once: the last one whose first token was asked for is remembered until the next change. An insertion or a removal
+// moves part of a block besides; one in half a block's worth of them splits or joins blocks, which moves the lists
+// behind them, less than a byte of them for each token.
 //
 // Memory: each block has room for at most twice its tokens, but for a few, and neighbours that are small are joined.
-// Copying, moving and destroying are the vectors': who assigns a copy makes it first. An insertion that throws has
+// Copying, moving and destroying are the vectors', and what is remembered is copied; it holds for no block of a list
+// that was moved away. Who assigns a copy makes it first. An insertion that throws has
 // changed nothing.
 #ifndef TARN_DATASTRUCTURES_INTERNAL_SORTEDTOKENS_H_
 #define TARN_DATASTRUCTURES_INTERNAL_SORTEDTOKENS_H_
