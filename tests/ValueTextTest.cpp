@@ -40,6 +40,8 @@ TEST(ValueText, NoLocaleChangesIt) {
   const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Grouping));
   std::string buffer;
   Time time;
+  time.setTime(2024, 3, 5, 14, 7, 9);
+  EXPECT_EQ(time.getTimeStr4(), "14:07:09:000");
   time.setTime(2024, 3, 5, 14, 7, 9, 42);
   buffer << 1234567 << ' ' << 1234.5 << ' ' << 0.5L << ' ' << time << ' ' << foreign::Opaque{12345};
   const std::string text = buffer;

@@ -34,6 +34,7 @@ TEST(WideText, PointersCountToTheirEnd) {
   const unsigned char text[] = {'a', 0, 'b', 0};
   EXPECT_EQ(wide(text), L"a");
   EXPECT_EQ(wide(text, 3), std::wstring(L"a\0b", 3));
+  EXPECT_EQ(wide(std::string_view("a\0bc", 3)) + wide(std::string_view()), std::wstring(L"a\0b", 3));
   EXPECT_EQ(wide("\xF0\x9F\x98\x80"), L"\uF600");
   EXPECT_EQ(getStringEnd<char>(), '\0');
   EXPECT_EQ(getStringEnd<wchar_t>(), L'\0');

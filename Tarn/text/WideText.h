@@ -6,8 +6,10 @@
 #ifndef TARN_TEXT_WIDETEXT_H_
 #define TARN_TEXT_WIDETEXT_H_
 
+#include <concepts>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 
 #include "Tarn/Export.h"
 
@@ -36,6 +38,11 @@ namespace Tarn {
 [[nodiscard]] TARN_API std::wstring wide(const unsigned char* text);
 /// The same for exactly `length` bytes; NULs among them become U+0000.
 [[nodiscard]] TARN_API std::wstring wide(const unsigned char* text, unsigned long long length);
+/// The same for a view.
+template <std::same_as<std::string_view> View>
+[[nodiscard]] std::wstring wide(View text) {
+  return wide(reinterpret_cast<const unsigned char*>(text.data()), text.size());
+}
 
 /// Turns each wide character into one byte, as the global locale's `std::ctype<wchar_t>` narrows it. This encodes no
 /// UTF-8; `operator<<` below does, and that of `ValueText.h` on a `std::string`.

@@ -73,7 +73,7 @@ class Time {
   /// Before 1970-01-01 13:00, on 3000-12-31 or later, as the fields say before they carry, and where the conversion
   /// falls outside the calendar range, the result is the epoch plus the milliseconds. Of an hour that occurs twice one
   /// is taken, and an hour that is missing becomes a neighbouring one; which one is the platform's choice.
-  TARN_API void setTime(int year, int month, int day, int hour, int minute, int second, int millisecond);
+  TARN_API void setTime(int year, int month, int day, int hour, int minute, int second, int millisecond = 0);
 
   /// Sets the current time and returns it as `getLastTime` does.
   TARN_API double getCurrentTime();
