@@ -58,7 +58,9 @@ class KeyTable {
   /// A table filled by `addTable(entries)`.
   /// @{
   TARN_API explicit KeyTable(const std::vector<KeyTableEntry>& entries);
-  KeyTable(std::initializer_list<KeyTableEntry> entries) : KeyTable(std::vector<KeyTableEntry>(entries)) {}
+  KeyTable(std::initializer_list<KeyTableEntry> entries) {
+    for (const KeyTableEntry& entry : entries) addEntry(entry.token, entry.key);
+  }
   /// @}
 
   /// Registers a pair. A key that is registered already keeps its first token. If it throws, nothing has changed.
