@@ -36,6 +36,8 @@ TEST(WideText, PointersCountToTheirEnd) {
   EXPECT_EQ(wide(text, 3), std::wstring(L"a\0b", 3));
   EXPECT_EQ(wide(std::string_view("a\0bc", 3)) + wide(std::string_view()), std::wstring(L"a\0b", 3));
   EXPECT_EQ(wide("\xF0\x9F\x98\x80"), L"\uF600");
+  // Longer than the pieces that are decoded at once, none of which ends with a block.
+  EXPECT_EQ(wide("\xC3\xA9" + std::string(10000, 'b')), L"\u00E9" + std::wstring(10000, L'b'));
   EXPECT_EQ(getStringEnd<char>(), '\0');
   EXPECT_EQ(getStringEnd<wchar_t>(), L'\0');
 }

@@ -14,9 +14,9 @@
 // behind them, less than a byte of them for each token.
 //
 // Memory: each block has room for at most twice its tokens, but for a few, and neighbours that are small are joined.
-// Copying, moving and destroying are the vectors', and what is remembered is copied; it holds for no block of a list
-// that was moved away. Who assigns a copy makes it first. An insertion that throws has
-// changed nothing.
+// Copying, moving and destroying are the vectors': who assigns a copy makes it first. What is remembered is copied
+// along, also by a move, behind which there is no block that it could stand for. An insertion that throws has changed
+// nothing.
 #ifndef TARN_DATASTRUCTURES_INTERNAL_SORTEDTOKENS_H_
 #define TARN_DATASTRUCTURES_INTERNAL_SORTEDTOKENS_H_
 

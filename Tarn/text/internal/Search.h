@@ -178,8 +178,8 @@ class Finder {
 inline std::string_view untilNul(std::string_view text) { return text.substr(0, text.find('\0')); }
 
 // A bit for each position where the needle may stand, the lowest for the first, in front of the text's first NUL. The
-// text has up to 32 bytes and is no shorter than the needle. From 16 bytes on, no branch depends on its
-// characters, as they cannot be foreseen.
+// text has up to 32 bytes and is no shorter than the needle. From 16 bytes on, no branch depends on its characters, as
+// they cannot be foreseen.
 inline std::uint32_t candidatesIn(std::string_view text, std::string_view needle) {
   const std::size_t toBack = needle.size() - 1;
   if (text.size() < kBlockSize) {
