@@ -34,10 +34,10 @@ TEST(StringUtilities, ClassesOfEveryByte) {
     for (int other = 0; other < 256; ++other) {
       const auto fold = [](int code) { return code >= 'A' && code <= 'Z' ? code + 32 : code; };
       const int order = fold(byte) - fold(other);
-      for (const std::size_t before : {0U, 15U, 16U, 38U}) {
+      for (const std::size_t before : {0U, 15U, 16U, 38U, 63U}) {  // What stands behind a NUL does not count.
         const std::string same(before, 'x');
-        const std::string text = same + character + 'y';
-        const int result = compareIgnoreCase(text, same + static_cast<char>(other) + (byte == 0 ? 'z' : 'Y'));
+        const std::string text = same + character + same + 'y';
+        const int result = compareIgnoreCase(text, same + static_cast<char>(other) + same + (byte == 0 ? 'z' : 'Y'));
         EXPECT_EQ((result > 0) - (result < 0), (order > 0) - (order < 0)) << other << ' ' << before;
       }
     }
